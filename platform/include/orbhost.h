@@ -1,0 +1,37 @@
+// orbhost.h: the C interface between the Linux platform layer, compiled into
+// the module, and the program that hosts the module (orbsim, or a test).
+//
+// The host exports `orbhost_interface`; the platform layer looks it up in the
+// main program at run time. Without it the module behaves as on a machine
+// without the simulator's add-ons: no FSUIPC window, a null SimConnect handle.
+#pragma once
+
+#include <cstdint>
+
+extern "C" {
+
+// A drawing context handed to the module as an HDC: the element's pixels.
+// 32-bit premultiplied ARGB, as cairo's CAIRO_FORMAT_ARGB32 and GDI's DIB sections.
+constexpr uint32_t kOrbDeviceContextMagic = 0x4F524244;  // "ORBD"
+struct OrbDeviceContext {
+    uint32_t magic;          // kOrbDeviceContextMagic
+    uint32_t* pixels;        // owned by the host
+    int width;
+    int height;
+    int stride_bytes;
+};
+
+struct OrbHostInterface {
+    int version;             // 1
+    // Window messages: FindWindowExA and SendMessageA end here.
+    void* (*find_window)(const char* class_name, const char* window_name);
+    intptr_t (*send_message)(void* window, unsigned message, uintptr_t wparam, intptr_t lparam);
+    // SimConnect: the three calls the module makes. Results are HRESULTs.
+    long (*simconnect_open)(void** handle, const char* name);
+    long (*simconnect_close)(void* handle);
+    long (*simconnect_flight_plan_load)(void* handle, const char* path);
+};
+
+// Exported by the host program; may be absent.
+typedef const OrbHostInterface* (*OrbHostInterfaceFn)(void);
+}

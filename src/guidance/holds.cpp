@@ -1,0 +1,4 @@
+// holds.cpp: holds come later.
+#include "guidance/holds.h"
+
+HoldState g_holds;

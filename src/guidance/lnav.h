@@ -1,0 +1,11 @@
+// lnav.h: lateral guidance along the active plan.
+#pragma once
+
+struct LnavState {
+    int on = 0;                         // 1: LNAV engaged
+};
+
+extern LnavState g_lnav;
+
+// The LNAV button and orb_lnav_clicked.
+void LnavToggle();
