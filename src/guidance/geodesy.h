@@ -1,0 +1,66 @@
+// geodesy.h: the numeric core of guidance and the maps. A spherical Earth,
+// nautical miles, degrees; bearings out of GreatCircle run 1 to 360 inclusive.
+#pragma once
+
+constexpr double kEarthRadiusNm = 3437.7467707849396;  // 10800 / pi: one minute of arc a mile
+constexpr double kDegToRad = 0.017453292519943295;
+constexpr double kRadToDeg = 57.29577951308232;
+
+// Distance (nm) and initial true bearing (1..360) from the first point to the second.
+void GreatCircle(double lat1, double lon1, double lat2, double lon2, double& distance, double& bearing);
+// The point `distance` nm along the true `bearing` from the start; longitude in -180..180.
+void ProjectPoint(double lat, double lon, double bearing, double distance, double& lat2, double& lon2);
+// x - m * floor(x / m).
+double ModuloPositive(double x, double m);
+// Unsigned difference of two directions, 0..180.
+double AngleBetween(double a, double b);
+// 1 left, 2 right: the short way from current to target.
+int TurnSideTo(double target, double current);
+// A true direction made magnetic (true - variation), brought into 0.5 .. 360.4.
+double NormaliseMagnetic(double direction);
+
+// The cross-track solution against a reference leg, from its start point to
+// the active waypoint. Pure: the caller supplies the plan and the samples.
+struct CrossTrackInput {
+    bool has_active_waypoint = false;
+    double start_lat = 0, start_lon = 0;             // previous waypoint or the intercept point
+    double waypoint_lat = 0, waypoint_lon = 0;       // the active waypoint
+    double aircraft_lat = 0, aircraft_lon = 0;
+    double leg_length = 0;                           // nm, as the tick keeps it
+    double distance_to_go = 0;                       // nm
+    double leg_course_magnetic = 0;                  // degrees, as the tick keeps it
+    double heading_magnetic = 0;                     // sampled
+    double magnetic_variation = 0;                   // sampled, east positive
+};
+
+struct CrossTrackResult {
+    int bearing_side = 0;
+    double bearing_diff = 0;
+    int xtk_side = 0;                                // 1: aircraft right of the course line
+    double xtk_distance = -99.0;                     // nm, unsigned, at most 125
+    int heading_side = 0;
+    double heading_diff = 0;
+};
+
+void CrossTrackSolve(const CrossTrackInput& in, CrossTrackResult& out);
+
+// Rough speed conversions of the predictions. The Mach ones read the cruise
+// outside air temperature (degrees Celsius).
+double IasToTas(double ias, double altitude);
+double TasToIas(double tas, double altitude);
+double IasToMach(double ias, double altitude, double cruise_oat);
+double MachToIas(double mach, double cruise_oat);
+
+// Writes a decimal number digit by digit into hexadecimal positions: 11370 -> 0x11370.
+unsigned ToBcd(unsigned value);
+
+// The wind triangle of the tick.
+struct WindTriangle {
+    double head_wind = 0;                            // knots
+    double cross_wind = 0;                           // knots
+    double true_airspeed = 0;                        // estimate; 0 at 25 kt ground speed or less
+    double drift_angle = 0;                          // degrees, one-in-sixty
+};
+WindTriangle SolveWind(double heading_true, double wind_direction_true, double wind_speed, double ground_speed);
+// Track from the magnetic heading and the drift, as the tick keeps it.
+double EstimatedTrack(double heading_magnetic, const WindTriangle& wind);
