@@ -30,6 +30,11 @@ struct OrbHostInterface {
     long (*simconnect_open)(void** handle, const char* name);
     long (*simconnect_close)(void* handle);
     long (*simconnect_flight_plan_load)(void* handle, const char* path);
+    // Drawing: every string drawn on a device context, UTF-8, in device pixels
+    // (the layout box), with its colour and font, so that a host can read a
+    // screen. May be null.
+    void (*text_drawn)(void* hdc, const char* utf8, double x, double y, double width, double height,
+                       uint32_t argb, const char* font_family, double font_size_px, int font_style);
 };
 
 // Exported by the host program; may be absent.
