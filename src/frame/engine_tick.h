@@ -18,6 +18,11 @@ struct Sampled {
     }
 };
 
+struct HoursMinutes {
+    double hours = 0;
+    double minutes = 0;
+};
+
 struct SimState {
     // Every call
     double ground_speed = 0;            // knots
@@ -123,9 +128,11 @@ struct TickState {
     int tuning_requests = 0;
     int deferred_plan_load = 0;         // 1 or 3: a plan load waits
     // Time to go (phase 0 of the guidance stage)
-    double minutes_to_active = 0, minutes_to_active_real = 0;
-    double minutes_to_destination = 0, minutes_to_destination_real = 0;
-    double minutes_to_destination_prev = 0;
+    HoursMinutes to_active;             // simulated time to the active waypoint (tenths kept)
+    HoursMinutes to_active_real;        // the same in real time (divided by the rate)
+    HoursMinutes to_destination;
+    HoursMinutes to_destination_real;
+    HoursMinutes to_destination_prev;
     int tower_view_done = 0;
     int destination_loaded = 0;
     int ticks = 0;                      // ticks run since load, for tests and tools

@@ -1,0 +1,42 @@
+// module_reset.cpp: fresh state for a test.
+#include "support/module_reset.h"
+
+#include "cdu/keypad.h"
+#include "flightlog/flight_log.h"
+#include "frame/aircraft_profile.h"
+#include "frame/engine_tick.h"
+#include "frame/global_config.h"
+#include "frame/module_state.h"
+#include "guidance/holds.h"
+#include "guidance/lnav.h"
+#include "guidance/vnav.h"
+#include "navdata/nav_database.h"
+#include "plan/route_files.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+std::string ResetModuleState() {
+    static std::string root;
+    if (root.empty()) {
+        char pattern[] = "/tmp/orb-test-root-XXXXXX";
+        if (char* made = mkdtemp(pattern)) root = made;
+    }
+    g_module = {};
+    std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s", root.c_str());
+    g_config = {};
+    g_profile = {};
+    g_tick = {};
+    g_sim = {};
+    g_smiths = {};
+    g_gns = {};
+    g_mcu = {};
+    g_mcu_page = {};
+    g_lnav = {};
+    g_vnav = {};
+    g_holds = {};
+    g_navdb = {};
+    g_stored_plans = {};
+    g_flight_log = {};
+    return root;
+}
