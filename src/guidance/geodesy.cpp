@@ -20,21 +20,21 @@ void GreatCircle(double lat1, double lon1, double lat2, double lon2, double& dis
     double c = std::clamp(sin2 * sin1 + cos2 * cos1 * cos_dl, -1.0, 1.0);
     distance = std::acos(c) * kEarthRadiusNm;
     double theta = std::atan2(std::sin(dlambda) * cos2, sin2 * cos1 - sin1 * cos2 * cos_dl);
-    bearing = ModuloPositive(theta, 2.0 * M_PI) * kRadToDeg;
+    bearing = ModuloPositive(theta, 2.0 * kPi) * kRadToDeg;
     // North is 360, never 0: every bearing below 1 degree reads 360.
     if (static_cast<int>(bearing) == 0) bearing = 360.0;
 }
 
 void ProjectPoint(double lat, double lon, double bearing, double distance, double& lat2, double& lon2) {
     if (bearing == 360.0) bearing = 0.0;
-    double delta = distance * M_PI / 10800.0;
+    double delta = distance * kPi / 10800.0;
     double theta = bearing * kDegToRad;
     double phi1 = lat * kDegToRad;
     double lambda1 = lon * kDegToRad;
     double phi2 = std::asin(std::clamp(std::sin(phi1) * std::cos(delta) + std::cos(phi1) * std::sin(delta) * std::cos(theta), -1.0, 1.0));
     double lambda2 = ModuloPositive(lambda1 + std::atan2(std::sin(theta) * std::sin(delta) * std::cos(phi1),
-                                                         std::cos(delta) - std::sin(phi1) * std::sin(phi2)) + M_PI,
-                                    2.0 * M_PI) - M_PI;
+                                                         std::cos(delta) - std::sin(phi1) * std::sin(phi2)) + kPi,
+                                    2.0 * kPi) - kPi;
     lat2 = phi2 * kRadToDeg;
     lon2 = lambda2 * kRadToDeg;
 }

@@ -5,6 +5,7 @@
 constexpr double kEarthRadiusNm = 3437.7467707849396;  // 10800 / pi: one minute of arc a mile
 constexpr double kDegToRad = 0.017453292519943295;
 constexpr double kRadToDeg = 57.29577951308232;
+constexpr double kPi = 3.14159265358979323846;  // M_PI is not standard C++
 
 // Distance (nm) and initial true bearing (1..360) from the first point to the second.
 void GreatCircle(double lat1, double lon1, double lat2, double lon2, double& distance, double& bearing);
