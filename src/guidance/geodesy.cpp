@@ -1,4 +1,6 @@
-// geodesy.cpp: great circles on a sphere of one minute of arc a mile.
+// geodesy.cpp: great circles on a sphere of one minute of arc a mile, the
+// folding of angles, the cross-track solution, the rough speed conversions
+// and the wind triangle of the tick.
 //
 // GreatCircle is the hottest function of the module (every plan recompute,
 // every map object): a plain call on doubles, no allocation, no caching.
@@ -79,11 +81,12 @@ void CrossTrackSolve(const CrossTrackInput& in, CrossTrackResult& out) {
     double distance_unused = 0, beta = 0;
     GreatCircle(in.aircraft_lat, in.aircraft_lon, in.waypoint_lat, in.waypoint_lon, distance_unused, beta);
 
-    // 3. True course of the reference leg and its magnetic form.
+    // 3. True course of the reference leg and its magnetic form, normalised
+    //    like every magnetic course (a north leg with west variation reads 5,
+    //    not 365, against a heading of 5).
     double leg_length_unused = 0, c = 0;
     GreatCircle(in.start_lat, in.start_lon, in.waypoint_lat, in.waypoint_lon, leg_length_unused, c);
-    double c_m = c - in.magnetic_variation;
-    if (c_m < 0.5) c_m += 360.0;
+    double c_m = NormaliseMagnetic(c - in.magnetic_variation);
 
     // 4. The point abeam the aircraft on the leg.
     double along = in.leg_length - in.distance_to_go;

@@ -292,6 +292,20 @@ TEST(Geodesy, CrossTrackHeadingSideAndVariation) {
     EXPECT_EQ(out.xtk_side, 1);  // east of a northbound line is right
     EXPECT_EQ(out.heading_side, 1);
     EXPECT_NEAR(out.heading_diff, 345.0, 1e-9);
+
+    // The same leg with 5 west: magnetic 365 folds to 5, as the heading does.
+    north.magnetic_variation = -5.0;
+    north.leg_course_magnetic = 5.0;
+    north.heading_magnetic = 5.0;
+    CrossTrackSolve(north, out);
+    EXPECT_NEAR(out.xtk_distance, 3.0 * std::cos(Radians(1.0)), 1e-6);
+    EXPECT_EQ(out.heading_side, 2);
+    EXPECT_NEAR(out.heading_diff, 0.0, 1e-9);
+    // Heading 10 left of the course, across north: the far-side flip gives 2.
+    north.heading_magnetic = 355.0;
+    CrossTrackSolve(north, out);
+    EXPECT_EQ(out.heading_side, 2);
+    EXPECT_NEAR(out.heading_diff, 350.0, 1e-9);
 }
 
 TEST(Geodesy, CrossTrackSentinelAndLimit) {
