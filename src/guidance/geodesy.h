@@ -17,50 +17,60 @@ double ModuloPositive(double x, double m);
 double AngleBetween(double a, double b);
 // 1 left, 2 right: the short way from current to target.
 int TurnSideTo(double target, double current);
-// A true direction made magnetic (true - variation), brought into 0.5 .. 360.4.
+// A magnetic direction (true less the variation) brought into the system's
+// range: below 0.5 add 360, 360 or above subtract 360. So 0.4 reads 360.4
+// and 360 reads 0.
 double NormaliseMagnetic(double direction);
 
 // The cross-track solution against a reference leg, from its start point to
 // the active waypoint. Pure: the caller supplies the plan and the samples.
 struct CrossTrackInput {
     bool has_active_waypoint = false;
-    double start_lat = 0, start_lon = 0;             // previous waypoint or the intercept point
-    double waypoint_lat = 0, waypoint_lon = 0;       // the active waypoint
-    double aircraft_lat = 0, aircraft_lon = 0;
+    double start_lat = 0, start_lon = 0;             // degrees: previous waypoint or the intercept point
+    double waypoint_lat = 0, waypoint_lon = 0;       // degrees: the active waypoint
+    double aircraft_lat = 0, aircraft_lon = 0;       // degrees
     double leg_length = 0;                           // nm, as the tick keeps it
-    double distance_to_go = 0;                       // nm
+    double distance_to_go = 0;                       // nm, aircraft to the active waypoint
     double leg_course_magnetic = 0;                  // degrees, as the tick keeps it
-    double heading_magnetic = 0;                     // sampled
-    double magnetic_variation = 0;                   // sampled, east positive
+    double heading_magnetic = 0;                     // degrees, sampled
+    double magnetic_variation = 0;                   // degrees, sampled, east positive
 };
 
 struct CrossTrackResult {
-    int bearing_side = 0;
-    double bearing_diff = 0;
-    int xtk_side = 0;                                // 1: aircraft right of the course line
-    double xtk_distance = -99.0;                     // nm, unsigned, at most 125
-    int heading_side = 0;
-    double heading_diff = 0;
+    int bearing_side = 0;                            // TurnSide of the bearing to the waypoint against the true course
+    double bearing_diff = 0;                         // degrees, unfolded
+    int xtk_side = 0;                                // 1: aircraft right of the course line (shown "L")
+    double xtk_distance = -99.0;                     // nm, unsigned, at most 125; -99 without an active waypoint
+    int heading_side = 0;                            // TurnSide of the heading against the magnetic course
+    double heading_diff = 0;                         // degrees, unfolded
 };
 
+constexpr double kNoCrossTrack = -99.0;              // xtk_distance without an active waypoint
+constexpr double kCrossTrackLimit = 125.0;           // nm; farther reads as this
+
+// Without an active waypoint only xtk_distance is written (-99).
 void CrossTrackSolve(const CrossTrackInput& in, CrossTrackResult& out);
 
-// Rough speed conversions of the predictions. The Mach ones read the cruise
-// outside air temperature (degrees Celsius).
+// Rough speed conversions of the predictions: 1.9 % more true airspeed for
+// each 1000 ft. The Mach ones take the cruise outside air temperature
+// (degrees Celsius); at or below absolute zero they give 0.
 double IasToTas(double ias, double altitude);
 double TasToIas(double tas, double altitude);
 double IasToMach(double ias, double altitude, double cruise_oat);
 double MachToIas(double mach, double cruise_oat);
 
-// Writes a decimal number digit by digit into hexadecimal positions: 11370 -> 0x11370.
-unsigned ToBcd(unsigned value);
+// Writes a number digit by digit from one radix into another: with the
+// defaults, decimal digits into hexadecimal positions, 11370 -> 0x11370.
+unsigned ToBcd(unsigned value, unsigned base = 10, unsigned radix = 16);
 
-// The wind triangle of the tick.
+// The wind triangle of the tick (true heading and true wind direction in).
+constexpr double kMinGroundSpeedForWind = 25.0;     // knots; at or below it the airspeed estimate is 0
+
 struct WindTriangle {
     double head_wind = 0;                            // knots
     double cross_wind = 0;                           // knots
     double true_airspeed = 0;                        // estimate; 0 at 25 kt ground speed or less
-    double drift_angle = 0;                          // degrees, one-in-sixty
+    double drift_angle = 0;                          // degrees, one-in-sixty; 0 while the estimate is 0
 };
 WindTriangle SolveWind(double heading_true, double wind_direction_true, double wind_speed, double ground_speed);
 // Track from the magnetic heading and the drift, as the tick keeps it.
