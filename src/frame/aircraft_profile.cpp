@@ -390,6 +390,7 @@ void ReadAircraftProfileFile(FILE* file, const char* label) {
                 in_lvars = false;
                 continue;
             }
+            if (IsMarkerLine(text, "[Lvars]")) continue;  // a repeated opening line makes no row
             bool full = g_lvars.count >= kLvarRowLimit;
             if (ReadLvarLine(text)) {
                 const LvarRow& row = g_lvars.rows[g_lvars.count - 1];

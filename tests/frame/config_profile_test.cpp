@@ -142,6 +142,7 @@ TEST_F(Profile, AMissingProfileLeavesDefaultsKeepsTheNameAndStillWorksOutTheRest
 TEST_F(Profile, LvarsBlockInAllItsForms) {
     LoadBoth("", "TransAlt=9000\n"
                  "[Lvars]\n"
+                 "[LVARS]\n"
                  "L:Range Knob=2,MapRange=40\n"
                  "L:Tcas Switch=1,TcasOn=1,reset=0,off=1\n"
                  "L:NoAction=1\n"
