@@ -153,11 +153,11 @@ void SampleVerticalAndWind() {
     s.wind_direction_true = ReadToken(Token::WIND_DIRECTION);
     // Wind terms: head and cross wind against the true heading, the true
     // airspeed estimate, the one-in-sixty drift, the wind made magnetic.
-    double relative = (s.wind_direction_true - s.heading_true) * kDegToRad;
-    s.head_wind = s.wind_speed * std::cos(relative);
-    s.cross_wind = s.wind_speed * std::sin(relative);
-    s.true_airspeed.Set(s.ground_speed <= 25.0 ? 0.0 : s.ground_speed + s.head_wind);
-    s.drift_angle = s.true_airspeed.now > 0 ? s.cross_wind / (s.true_airspeed.now / 60.0) : 0.0;
+    WindTriangle wind = SolveWind(s.heading_true, s.wind_direction_true, s.wind_speed, s.ground_speed);
+    s.head_wind = wind.head_wind;
+    s.cross_wind = wind.cross_wind;
+    s.true_airspeed.Set(wind.true_airspeed);
+    s.drift_angle = wind.drift_angle;
     s.wind_direction_display = NormaliseMagnetic(s.wind_direction_true - s.magnetic_variation);
     s.autopilot_vertical_speed.Set(ReadToken(Token::AP_VERTICAL_SPEED));
     s.autopilot_airspeed.Set(ReadToken(Token::AP_SPEED));
@@ -176,7 +176,7 @@ void DeferredAutopilotWrites() {
     SimState& s = g_sim;
     TickState& t = g_tick;
     if (t.mach_write_pending > 0) {
-        auto mach = static_cast<UINT32>(g_config.CruiseMach * 100.0);
+        auto mach = static_cast<UINT32>(g_profile.CruiseMach * 100.0);
         TriggerKeyEvent(0x101F6, mach);
         t.last_mach_sent = mach;
         --t.mach_write_pending;
@@ -359,11 +359,10 @@ void EngineTick() {
     // 14. Simulator rate and pause.
     RateAndPause();
     // 15. Track.
-    s.track = s.heading_magnetic.now;
-    if (s.true_airspeed.now > 0) {
-        s.track = s.heading_magnetic.now - s.drift_angle;
-        if (s.track < 0) s.track += 360.0;
-    }
+    WindTriangle wind;
+    wind.true_airspeed = s.true_airspeed.now;
+    wind.drift_angle = s.drift_angle;
+    s.track = EstimatedTrack(s.heading_magnetic.now, wind);
     // 16. Guidance while an active leg exists.
     if (ActiveLegExists()) GuidanceStage();
     // 17. En-route tuning requests.
