@@ -203,8 +203,4 @@ void AppendToCairo(cairo_t* cr, const GpPath& path);
 
 // The free face that stands in for a family name, or null when unknown.
 const char* FaceForFamily(const char* utf8_name);
-// UTF-16 to UTF-8; unpaired surrogates become U+FFFD. Writes at most
-// `capacity - 1` bytes and a terminating zero, never splitting a character;
-// returns the bytes written.
-size_t Utf16ToUtf8(const WCHAR* text, size_t units, char* out, size_t capacity);
 }  // namespace gdip

@@ -3,7 +3,6 @@
 // Windows families.
 //
 // [SECTION] Family names and faces
-// [SECTION] UTF-16 to UTF-8
 // [SECTION] Font metrics
 // [SECTION] Layout
 // [SECTION] Flat text calls
@@ -17,6 +16,7 @@
 // measures them, lines are one line spacing apart and the baseline is one
 // ascent below the line's top. Every drawn string is handed to the host with
 // its boxes in device pixels.
+#include "display/gdi_objects.h"
 #include "draw_record.h"
 #include "gdiplus_internal.h"
 
@@ -77,53 +77,6 @@ const char* FaceForFamily(const char* utf8_name) {
         if (SameName(f.family, utf8_name)) return f.face;
     }
     return nullptr;
-}
-
-// [SECTION] UTF-16 to UTF-8
-
-size_t Utf16ToUtf8(const WCHAR* text, size_t units, char* out, size_t capacity) {
-    if (out == nullptr || capacity == 0) return 0;
-    size_t used = 0;
-    for (size_t i = 0; text != nullptr && i < units; ++i) {
-        uint32_t c = static_cast<uint16_t>(text[i]);
-        if (c >= 0xD800 && c <= 0xDBFF && i + 1 < units) {
-            uint32_t low = static_cast<uint16_t>(text[i + 1]);
-            if (low >= 0xDC00 && low <= 0xDFFF) {
-                c = 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00);
-                ++i;
-            } else {
-                c = 0xFFFD;
-            }
-        } else if (c >= 0xD800 && c <= 0xDFFF) {
-            c = 0xFFFD;
-        }
-        char buf[4];
-        size_t n;
-        if (c < 0x80) {
-            buf[0] = static_cast<char>(c);
-            n = 1;
-        } else if (c < 0x800) {
-            buf[0] = static_cast<char>(0xC0 | (c >> 6));
-            buf[1] = static_cast<char>(0x80 | (c & 0x3F));
-            n = 2;
-        } else if (c < 0x10000) {
-            buf[0] = static_cast<char>(0xE0 | (c >> 12));
-            buf[1] = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            buf[2] = static_cast<char>(0x80 | (c & 0x3F));
-            n = 3;
-        } else {
-            buf[0] = static_cast<char>(0xF0 | (c >> 18));
-            buf[1] = static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-            buf[2] = static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-            buf[3] = static_cast<char>(0x80 | (c & 0x3F));
-            n = 4;
-        }
-        if (used + n + 1 > capacity) break;
-        std::memcpy(out + used, buf, n);
-        used += n;
-    }
-    out[used] = 0;
-    return used;
 }
 
 // [SECTION] Font metrics
@@ -333,7 +286,7 @@ bool ReadString(const WCHAR* string, INT length, std::string& out) {
                                                                                     : static_cast<size_t>(kMaxStringUnits);
     }
     out.resize(units * 3 + 1);
-    size_t bytes = Utf16ToUtf8(string, units, out.data(), out.size());
+    size_t bytes = gdi::Utf16ToUtf8(string, static_cast<int>(units), out.data(), out.size());
     out.resize(bytes);
     return true;
 }
@@ -379,7 +332,7 @@ GpStatus WINGDIPAPI GdipCreateFontFamilyFromName(GDIPCONST WCHAR* name, GpFontCo
     size_t units = 0;
     while (units < static_cast<size_t>(kMaxFamilyName) && name[units] != 0) ++units;
     std::array<char, kMaxFamilyName> utf8{};
-    Utf16ToUtf8(name, units, utf8.data(), utf8.size());
+    gdi::Utf16ToUtf8(name, static_cast<int>(units), utf8.data(), utf8.size());
     const char* face = FaceForFamily(utf8.data());
     if (face == nullptr) return FontFamilyNotFound;
     auto* family = new (std::nothrow) GpFontFamily;
