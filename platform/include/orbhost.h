@@ -21,8 +21,28 @@ struct OrbDeviceContext {
     int stride_bytes;
 };
 
+// One string drawn by GdipDrawString, as the host's `text_drawn_box` sees it.
+// Boxes are axis-aligned in device pixels, after the world transform; a
+// layout rectangle of zero size (text at a point) gives a box of zero size.
+struct OrbDrawnText {
+    void* hdc;                  // the device context drawn on
+    const char* utf8;           // the string, UTF-8, as drawn (all its lines)
+    double layout_x, layout_y;  // the layout rectangle's box
+    double layout_width, layout_height;
+    double text_x, text_y;      // the box of the laid-out lines (their cells)
+    double text_width, text_height;
+    double baseline_x, baseline_y;  // start of the first line's baseline
+    double angle_deg;           // baseline direction, degrees clockwise from +x
+    uint32_t argb;              // brush colour
+    const char* font_family;    // family as the module named it ("Arial")
+    const char* font_face;      // the installed face that drew it ("Liberation Sans")
+    double font_size_px;        // em height in device pixels
+    int font_style;             // GDI+ FontStyle bits: 1 bold, 2 italic, 4 underline, 8 strikeout
+    int line_count;             // lines after wrapping
+};
+
 struct OrbHostInterface {
-    int version;             // 1
+    int version;             // 1, or 2 with text_drawn_box
     // Window messages: FindWindowExA and SendMessageA end here.
     void* (*find_window)(const char* class_name, const char* window_name);
     intptr_t (*send_message)(void* window, unsigned message, uintptr_t wparam, intptr_t lparam);
@@ -35,6 +55,9 @@ struct OrbHostInterface {
     // screen. May be null.
     void (*text_drawn)(void* hdc, const char* utf8, double x, double y, double width, double height,
                        uint32_t argb, const char* font_family, double font_size_px, int font_style);
+    // Version 2: the same strings with both boxes, the baseline and the angle.
+    // May be null.
+    void (*text_drawn_box)(const OrbDrawnText* text);
 };
 
 // Exported by the host program; may be absent.

@@ -11,6 +11,7 @@
 #define MAX_PATH 260
 
 typedef int BOOL;
+typedef int INT;
 typedef unsigned char BYTE;
 typedef unsigned short WORD;
 typedef uint32_t DWORD;
@@ -31,6 +32,10 @@ typedef void* HINSTANCE;
 typedef void* HDC;
 typedef void* HBITMAP;
 typedef char CHAR;
+// Windows' wchar_t is 16 bits; char16_t is the 16-bit type here, so UTF-16
+// text in WCHAR buffers means the same on both.
+typedef char16_t WCHAR;
+typedef WORD LANGID;
 typedef char* LPSTR;
 typedef const char* LPCSTR;
 typedef void* LPVOID;

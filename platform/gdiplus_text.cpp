@@ -1,0 +1,578 @@
+// gdiplus_text.cpp: font families, fonts, string formats, and GdipDrawString
+// and GdipMeasureString, on cairo with the free faces that stand in for the
+// Windows families.
+//
+// [SECTION] Family names and faces
+// [SECTION] Font metrics
+// [SECTION] Layout
+// [SECTION] Flat text calls
+//
+// Layout follows GDI+: a layout rectangle of zero width (or height) leaves that
+// direction unbounded and the alignment is about the rectangle's x (or y);
+// with a width, lines wrap at spaces, a word too long for the line breaks
+// between characters, and the text is clipped to the rectangle unless the
+// format says NoClip. Each line has 1/6 em of padding at both ends (none with
+// the typographic format), trailing spaces do not count unless the format
+// measures them, lines are one line spacing apart and the baseline is one
+// ascent below the line's top. Every drawn string is handed to the host with
+// its boxes in device pixels.
+#include "display/gdi_objects.h"
+#include "draw_record.h"
+#include "gdiplus_internal.h"
+
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <string>
+
+namespace gdip {
+
+// [SECTION] Family names and faces
+
+namespace {
+
+struct FamilyFace {
+    const char* family;  // the Windows family name
+    const char* face;    // the metric-compatible (or closest) free face
+};
+
+// Families the module's pictures name, and their usual neighbours.
+constexpr FamilyFace kFamilyFaces[] = {
+    {"Arial", "Liberation Sans"},
+    {"HW Arial", "Liberation Sans"},
+    {"Helvetica", "Liberation Sans"},
+    {"Microsoft Sans Serif", "Liberation Sans"},
+    {"MS Sans Serif", "Liberation Sans"},
+    {"Arial Narrow", "Liberation Sans Narrow"},
+    {"Courier New", "Liberation Mono"},
+    {"Courier", "Liberation Mono"},
+    {"Lucida Console", "Liberation Mono"},
+    {"Times New Roman", "Liberation Serif"},
+    {"Times", "Liberation Serif"},
+    {"Tahoma", "DejaVu Sans"},
+    {"Verdana", "DejaVu Sans"},
+    {"Liberation Sans", "Liberation Sans"},
+    {"Liberation Mono", "Liberation Mono"},
+    {"Liberation Serif", "Liberation Serif"},
+    {"DejaVu Sans", "DejaVu Sans"},
+    {"DejaVu Sans Mono", "DejaVu Sans Mono"},
+};
+
+bool SameName(const char* a, const char* b) {
+    // Family names compare without regard to ASCII case, as on Windows.
+    for (;; ++a, ++b) {
+        char ca = *a, cb = *b;
+        if (ca >= 'a' && ca <= 'z') ca = static_cast<char>(ca - 'a' + 'A');
+        if (cb >= 'a' && cb <= 'z') cb = static_cast<char>(cb - 'a' + 'A');
+        if (ca != cb) return false;
+        if (ca == 0) return true;
+    }
+}
+
+}  // namespace
+
+const char* FaceForFamily(const char* utf8_name) {
+    if (utf8_name == nullptr) return nullptr;
+    for (const FamilyFace& f : kFamilyFaces) {
+        if (SameName(f.family, utf8_name)) return f.face;
+    }
+    return nullptr;
+}
+
+// [SECTION] Font metrics
+
+namespace {
+
+// A 1x1 context for measuring: identity matrix, unhinted metrics, so that a
+// string's width is the same whatever the world transform of the drawing.
+cairo_t* MeasureContext() {
+    static cairo_surface_t* surface = nullptr;
+    static cairo_t* cr = nullptr;
+    if (cr == nullptr) {
+        surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
+        cr = cairo_create(surface);
+        cairo_font_options_t* options = cairo_font_options_create();
+        cairo_font_options_set_hint_metrics(options, CAIRO_HINT_METRICS_OFF);
+        cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
+        cairo_set_font_options(cr, options);
+        cairo_font_options_destroy(options);
+    }
+    return cr;
+}
+
+void UseFont(cairo_t* cr, const GpFont& font, double em) {
+    cairo_set_font_face(cr, font.cairo_face);
+    cairo_set_font_size(cr, em);
+}
+
+double EmInWorld(const GpFont& font) { return font.size * UnitToWorld(font.unit); }
+
+// Advance width of a UTF-8 run, in world units.
+double Advance(const GpFont& font, double em, const char* begin, size_t bytes) {
+    if (bytes == 0) return 0;
+    std::string run(begin, bytes);
+    cairo_t* cr = MeasureContext();
+    UseFont(cr, font, em);
+    cairo_text_extents_t ext;
+    cairo_text_extents(cr, run.c_str(), &ext);
+    return ext.x_advance;
+}
+
+// [SECTION] Layout
+
+constexpr int kMaxLines = 256;  // lines one call lays out; the rest is dropped
+
+struct Line {
+    size_t begin;    // byte offset in the UTF-8 text
+    size_t end;      // byte offset past the drawn run
+    double advance;  // world units, trailing spaces per the format
+    double x;        // world x of the run's start
+};
+
+struct Layout {
+    std::string text;                 // the whole string, UTF-8
+    std::array<Line, kMaxLines> lines{};
+    int line_count = 0;
+    double em = 0;                    // world units
+    double pad = 0;                   // at each line end
+    double line_height = 0;
+    double top = 0;                   // world y of the first line's top
+    double text_left = 0, text_right = 0;  // world x extent of the runs
+    int units_fitted = 0;
+};
+
+// Keeps the text's storage for the next call.
+void ResetLayout(Layout& lay) {
+    lay.text.clear();
+    lay.line_count = 0;
+    lay.units_fitted = 0;
+}
+
+bool IsContinuation(unsigned char c) { return (c & 0xC0) == 0x80; }
+
+// End of a run with its trailing spaces dropped.
+size_t TrimEnd(const std::string& s, size_t begin, size_t end) {
+    while (end > begin && s[end - 1] == ' ') --end;
+    return end;
+}
+
+void AddLine(Layout& lay, const GpFont& font, bool measure_spaces, size_t begin, size_t end) {
+    if (lay.line_count >= kMaxLines) return;
+    size_t measured_end = measure_spaces ? end : TrimEnd(lay.text, begin, end);
+    Line& line = lay.lines[lay.line_count++];
+    line.begin = begin;
+    line.end = end;
+    line.advance = Advance(font, lay.em, lay.text.data() + begin, measured_end - begin);
+}
+
+// Breaks one paragraph into lines no wider than `room` (world units; 0 or
+// less: no wrapping).
+void WrapParagraph(Layout& lay, const GpFont& font, bool measure_spaces, size_t begin, size_t end, double room) {
+    const std::string& s = lay.text;
+    if (room <= 0 || begin == end) {
+        AddLine(lay, font, measure_spaces, begin, end);
+        return;
+    }
+    size_t pos = begin;
+    while (pos < end && lay.line_count < kMaxLines) {
+        // The longest run from pos that ends at a word break and fits.
+        size_t fit = pos;
+        size_t k = pos;
+        while (k < end) {
+            size_t word_end = k;
+            while (word_end < end && s[word_end] == ' ') ++word_end;
+            while (word_end < end && s[word_end] != ' ') ++word_end;
+            size_t spaces_end = word_end;
+            while (spaces_end < end && s[spaces_end] == ' ') ++spaces_end;
+            double width = Advance(font, lay.em, s.data() + pos, TrimEnd(s, pos, word_end) - pos);
+            if (width > room) break;
+            fit = spaces_end;
+            k = spaces_end;
+        }
+        if (fit == pos) {
+            // A word longer than the line: as many characters as fit, at least one.
+            size_t c = pos + 1;
+            while (c < end && IsContinuation(static_cast<unsigned char>(s[c]))) ++c;
+            fit = c;
+            while (c < end) {
+                size_t next = c + 1;
+                while (next < end && IsContinuation(static_cast<unsigned char>(s[next]))) ++next;
+                if (Advance(font, lay.em, s.data() + pos, next - pos) > room) break;
+                fit = next;
+                c = next;
+            }
+        }
+        AddLine(lay, font, measure_spaces, pos, fit);
+        pos = fit;
+    }
+}
+
+// Lays a string out in a rectangle, in world units.
+void LayOut(Layout& lay, const GpFont& font, const GpRectF& rect, const GpStringFormat* format) {
+    int flags = format != nullptr ? format->flags : 0;
+    StringAlignment align = format != nullptr ? format->align : StringAlignmentNear;
+    StringAlignment line_align = format != nullptr ? format->line_align : StringAlignmentNear;
+    bool typographic = format != nullptr && format->typographic;
+    bool measure_spaces = (flags & StringFormatFlagsMeasureTrailingSpaces) != 0;
+    if (flags & StringFormatFlagsDirectionRightToLeft) {
+        if (align == StringAlignmentNear) align = StringAlignmentFar;
+        else if (align == StringAlignmentFar) align = StringAlignmentNear;
+    }
+
+    lay.em = EmInWorld(font);
+    lay.pad = typographic ? 0.0 : lay.em / 6.0;
+    lay.line_height = font.line_spacing * lay.em;
+
+    // Paragraphs at line feeds (a CR before one is dropped), each wrapped.
+    bool wrap = rect.Width > 0 && (flags & StringFormatFlagsNoWrap) == 0;
+    double room = wrap ? rect.Width - 2 * lay.pad : 0;
+    if (wrap && room <= 0) room = 1e-6;  // narrower than the padding: one character a line
+    const std::string& s = lay.text;
+    size_t begin = 0;
+    for (size_t i = 0; i <= s.size() && lay.line_count < kMaxLines; ++i) {
+        if (i == s.size() || s[i] == '\n') {
+            size_t end = i;
+            if (end > begin && s[end - 1] == '\r') --end;
+            WrapParagraph(lay, font, measure_spaces, begin, end, room);
+            begin = i + 1;
+        }
+    }
+
+    // Whole lines only, when the format limits lines to the rectangle.
+    if ((flags & StringFormatFlagsLineLimit) && rect.Height > 0 && lay.line_height > 0) {
+        int fit = static_cast<int>(std::floor(rect.Height / lay.line_height + 1e-9));
+        if (lay.line_count > fit) lay.line_count = fit;
+    }
+
+    double total = lay.line_count * lay.line_height;
+    if (line_align == StringAlignmentCenter) lay.top = rect.Height > 0 ? rect.Y + (rect.Height - total) / 2 : rect.Y - total / 2;
+    else if (line_align == StringAlignmentFar) lay.top = rect.Height > 0 ? rect.Y + rect.Height - total : rect.Y - total;
+    else lay.top = rect.Y;
+
+    lay.text_left = 0;
+    lay.text_right = 0;
+    for (int i = 0; i < lay.line_count; ++i) {
+        Line& line = lay.lines[i];
+        if (align == StringAlignmentCenter) {
+            line.x = rect.Width > 0 ? rect.X + (rect.Width - line.advance) / 2 : rect.X - line.advance / 2;
+        } else if (align == StringAlignmentFar) {
+            line.x = rect.Width > 0 ? rect.X + rect.Width - lay.pad - line.advance : rect.X - lay.pad - line.advance;
+        } else {
+            line.x = rect.X + lay.pad;
+        }
+        if (i == 0 || line.x < lay.text_left) lay.text_left = line.x;
+        if (i == 0 || line.x + line.advance > lay.text_right) lay.text_right = line.x + line.advance;
+    }
+
+    // UTF-16 units of the lines kept: all of them unless lines were dropped.
+    size_t last_byte = lay.line_count > 0 ? lay.lines[lay.line_count - 1].end : 0;
+    int units = 0;
+    for (size_t i = 0; i < last_byte && i < s.size(); ++i) {
+        unsigned char c = static_cast<unsigned char>(s[i]);
+        if (IsContinuation(c)) continue;
+        units += c >= 0xF0 ? 2 : 1;
+    }
+    lay.units_fitted = units;
+}
+
+// The string of a call as UTF-8, bounded.
+bool ReadString(const WCHAR* string, INT length, std::string& out) {
+    if (string == nullptr || length < -1) return false;
+    size_t units = 0;
+    if (length == -1) {
+        while (units < static_cast<size_t>(kMaxStringUnits) && string[units] != 0) ++units;
+    } else {
+        units = static_cast<size_t>(length) < static_cast<size_t>(kMaxStringUnits) ? static_cast<size_t>(length)
+                                                                                    : static_cast<size_t>(kMaxStringUnits);
+    }
+    out.resize(units * 3 + 1);
+    size_t bytes = gdi::Utf16ToUtf8(string, static_cast<int>(units), out.data(), out.size());
+    out.resize(bytes);
+    return true;
+}
+
+// Device-space box of a world rectangle: the bounds of its four corners.
+void DeviceBox(const Affine& m, double x, double y, double w, double h, double& bx, double& by, double& bw,
+               double& bh) {
+    double xs[4] = {x, x + w, x + w, x};
+    double ys[4] = {y, y, y + h, y + h};
+    double minx = 0, miny = 0, maxx = 0, maxy = 0;
+    for (int i = 0; i < 4; ++i) {
+        Apply(m, xs[i], ys[i]);
+        if (i == 0 || xs[i] < minx) minx = xs[i];
+        if (i == 0 || xs[i] > maxx) maxx = xs[i];
+        if (i == 0 || ys[i] < miny) miny = ys[i];
+        if (i == 0 || ys[i] > maxy) maxy = ys[i];
+    }
+    bx = minx;
+    by = miny;
+    bw = maxx - minx;
+    bh = maxy - miny;
+}
+
+bool ValidRect(const GpRectF* r) {
+    return r != nullptr && std::isfinite(r->X) && std::isfinite(r->Y) && std::isfinite(r->Width) &&
+           std::isfinite(r->Height) && r->Width >= 0 && r->Height >= 0;
+}
+
+}  // namespace
+}  // namespace gdip
+
+using namespace gdip;
+
+extern "C" {
+
+// [SECTION] Flat text calls
+
+GpStatus WINGDIPAPI GdipCreateFontFamilyFromName(GDIPCONST WCHAR* name, GpFontCollection* fontCollection,
+                                                 GpFontFamily** fontFamily) {
+    if (fontFamily == nullptr) return InvalidParameter;
+    *fontFamily = nullptr;
+    if (name == nullptr || fontCollection != nullptr) return InvalidParameter;
+    size_t units = 0;
+    while (units < static_cast<size_t>(kMaxFamilyName) && name[units] != 0) ++units;
+    std::array<char, kMaxFamilyName> utf8{};
+    gdi::Utf16ToUtf8(name, static_cast<int>(units), utf8.data(), utf8.size());
+    const char* face = FaceForFamily(utf8.data());
+    if (face == nullptr) return FontFamilyNotFound;
+    auto* family = new (std::nothrow) GpFontFamily;
+    if (family == nullptr) return OutOfMemory;
+    family->name = utf8;
+    family->face = face;
+    *fontFamily = family;
+    return Ok;
+}
+
+namespace {
+GpStatus GenericFamily(const char* name, GpFontFamily** out) {
+    if (out == nullptr) return InvalidParameter;
+    *out = new (std::nothrow) GpFontFamily;
+    if (*out == nullptr) return OutOfMemory;
+    std::strncpy((*out)->name.data(), name, kMaxFamilyName - 1);
+    (*out)->face = FaceForFamily(name);
+    return Ok;
+}
+}  // namespace
+
+GpStatus WINGDIPAPI GdipGetGenericFontFamilySansSerif(GpFontFamily** nativeFamily) {
+    return GenericFamily("Microsoft Sans Serif", nativeFamily);
+}
+
+GpStatus WINGDIPAPI GdipGetGenericFontFamilyMonospace(GpFontFamily** nativeFamily) {
+    return GenericFamily("Courier New", nativeFamily);
+}
+
+GpStatus WINGDIPAPI GdipDeleteFontFamily(GpFontFamily* fontFamily) {
+    if (fontFamily == nullptr || fontFamily->tag != Tag::Family) return InvalidParameter;
+    fontFamily->tag = Tag::Dead;
+    delete fontFamily;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipCreateFont(GDIPCONST GpFontFamily* fontFamily, REAL emSize, INT style, Unit unit,
+                                   GpFont** font) {
+    if (font == nullptr) return InvalidParameter;
+    *font = nullptr;
+    if (fontFamily == nullptr || fontFamily->tag != Tag::Family) return InvalidParameter;
+    if (!std::isfinite(emSize) || emSize <= 0 || unit < UnitWorld || unit > UnitMillimeter || unit == UnitDisplay) {
+        return InvalidParameter;
+    }
+    auto* f = new (std::nothrow) GpFont;
+    if (f == nullptr) return OutOfMemory;
+    f->family = fontFamily->name;
+    f->face = fontFamily->face;
+    f->size = emSize;
+    f->unit = unit;
+    f->style = style & (FontStyleBoldItalic | FontStyleUnderline | FontStyleStrikeout);
+    f->cairo_face = cairo_toy_font_face_create(f->face, (style & FontStyleItalic) ? CAIRO_FONT_SLANT_ITALIC : CAIRO_FONT_SLANT_NORMAL,
+                                               (style & FontStyleBold) ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
+    // Metrics per em, measured large for precision.
+    constexpr double kMeasureEm = 1000.0;
+    cairo_t* cr = MeasureContext();
+    UseFont(cr, *f, kMeasureEm);
+    cairo_font_extents_t ext;
+    cairo_font_extents(cr, &ext);
+    f->ascent = ext.ascent / kMeasureEm;
+    f->descent = ext.descent / kMeasureEm;
+    f->line_spacing = ext.height / kMeasureEm;
+    if (!(f->line_spacing > 0)) {
+        f->ascent = 0.9;  // no face at all: plausible numbers keep layout sane
+        f->descent = 0.2;
+        f->line_spacing = 1.15;
+    }
+    *font = f;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipDeleteFont(GpFont* font) {
+    if (!IsFont(font)) return InvalidParameter;
+    cairo_font_face_destroy(font->cairo_face);
+    font->tag = Tag::Dead;
+    delete font;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipGetFontSize(GpFont* font, REAL* size) {
+    if (!IsFont(font) || size == nullptr) return InvalidParameter;
+    *size = static_cast<REAL>(font->size);
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipGetFontHeight(GDIPCONST GpFont* font, GDIPCONST GpGraphics*, REAL* height) {
+    if (!IsFont(font) || height == nullptr) return InvalidParameter;
+    *height = static_cast<REAL>(font->line_spacing * EmInWorld(*font));
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipCreateStringFormat(INT formatAttributes, LANGID, GpStringFormat** format) {
+    if (format == nullptr) return InvalidParameter;
+    *format = new (std::nothrow) GpStringFormat;
+    if (*format == nullptr) return OutOfMemory;
+    (*format)->flags = formatAttributes;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipStringFormatGetGenericTypographic(GpStringFormat** format) {
+    GpStatus status = GdipCreateStringFormat(
+        StringFormatFlagsLineLimit | StringFormatFlagsNoClip | StringFormatFlagsNoFitBlackBox, 0, format);
+    if (status == Ok) (*format)->typographic = true;
+    return status;
+}
+
+GpStatus WINGDIPAPI GdipDeleteStringFormat(GpStringFormat* format) {
+    if (!IsFormat(format)) return InvalidParameter;
+    format->tag = Tag::Dead;
+    delete format;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipSetStringFormatFlags(GpStringFormat* format, INT flags) {
+    if (!IsFormat(format)) return InvalidParameter;
+    format->flags = flags;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipSetStringFormatAlign(GpStringFormat* format, StringAlignment align) {
+    if (!IsFormat(format) || align < StringAlignmentNear || align > StringAlignmentFar) return InvalidParameter;
+    format->align = align;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipSetStringFormatLineAlign(GpStringFormat* format, StringAlignment align) {
+    if (!IsFormat(format) || align < StringAlignmentNear || align > StringAlignmentFar) return InvalidParameter;
+    format->line_align = align;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipMeasureString(GpGraphics* graphics, GDIPCONST WCHAR* string, INT length, GDIPCONST GpFont* font,
+                                      GDIPCONST GpRectF* layoutRect, GDIPCONST GpStringFormat* stringFormat,
+                                      GpRectF* boundingBox, INT* codepointsFitted, INT* linesFilled) {
+    if (!IsGraphics(graphics) || !IsFont(font) || !ValidRect(layoutRect) || boundingBox == nullptr) {
+        return InvalidParameter;
+    }
+    if (stringFormat != nullptr && !IsFormat(stringFormat)) return InvalidParameter;
+    static Layout lay;  // large; one call at a time on the panel thread
+    ResetLayout(lay);
+    if (!ReadString(string, length, lay.text)) return InvalidParameter;
+    GpRectF box{layoutRect->X, layoutRect->Y, 0, 0};
+    if (!lay.text.empty()) {
+        LayOut(lay, *font, *layoutRect, stringFormat);
+        if (lay.line_count > 0) {
+            box.X = static_cast<REAL>(lay.text_left - lay.pad);
+            box.Y = static_cast<REAL>(lay.top);
+            box.Width = static_cast<REAL>(lay.text_right - lay.text_left + 2 * lay.pad);
+            box.Height = static_cast<REAL>(lay.line_count * lay.line_height);
+        }
+    }
+    *boundingBox = box;
+    if (codepointsFitted != nullptr) *codepointsFitted = lay.units_fitted;
+    if (linesFilled != nullptr) *linesFilled = lay.line_count;
+    return Ok;
+}
+
+GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string, INT length, GDIPCONST GpFont* font,
+                                   GDIPCONST GpRectF* layoutRect, GDIPCONST GpStringFormat* stringFormat,
+                                   GDIPCONST GpBrush* brush) {
+    if (!IsGraphics(graphics) || !IsFont(font) || !ValidRect(layoutRect) || !IsBrush(brush)) return InvalidParameter;
+    if (stringFormat != nullptr && !IsFormat(stringFormat)) return InvalidParameter;
+    static Layout lay;
+    ResetLayout(lay);
+    if (!ReadString(string, length, lay.text)) return InvalidParameter;
+    if (lay.text.empty()) return Ok;
+    LayOut(lay, *font, *layoutRect, stringFormat);
+    GpGraphics& g = *graphics;
+    int flags = stringFormat != nullptr ? stringFormat->flags : 0;
+
+    // [1] Glyphs, in the world transform, within the layout rectangle.
+    cairo_t* cr = g.cr;
+    cairo_save(cr);
+    UseWorldMatrix(g);
+    const GpRectF& r = *layoutRect;
+    if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0)) {
+        constexpr double kUnbounded = 1e6;  // world units: beyond any surface
+        double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;
+        double cy = r.Height > 0 ? r.Y : -kUnbounded, ch = r.Height > 0 ? r.Height : 2 * kUnbounded;
+        cairo_new_path(cr);
+        cairo_rectangle(cr, cx, cy, cw, ch);
+        cairo_clip(cr);
+    }
+    static cairo_font_options_t* smooth = nullptr;
+    static cairo_font_options_t* sharp = nullptr;
+    if (smooth == nullptr) {
+        smooth = cairo_font_options_create();
+        cairo_font_options_set_antialias(smooth, CAIRO_ANTIALIAS_GRAY);
+        cairo_font_options_set_hint_style(smooth, CAIRO_HINT_STYLE_NONE);
+        cairo_font_options_set_hint_metrics(smooth, CAIRO_HINT_METRICS_OFF);
+        sharp = cairo_font_options_copy(smooth);
+        cairo_font_options_set_antialias(sharp, CAIRO_ANTIALIAS_NONE);
+    }
+    bool single_bit = g.text_hint == TextRenderingHintSingleBitPerPixelGridFit ||
+                      g.text_hint == TextRenderingHintSingleBitPerPixel;
+    cairo_set_font_options(cr, single_bit ? sharp : smooth);
+    UseFont(cr, *font, lay.em);
+    UseColor(cr, brush->color);
+    std::string run;
+    for (int i = 0; i < lay.line_count; ++i) {
+        const Line& line = lay.lines[i];
+        double baseline = lay.top + i * lay.line_height + font->ascent * lay.em;
+        run.assign(lay.text, line.begin, line.end - line.begin);
+        cairo_new_path(cr);
+        cairo_move_to(cr, line.x, baseline);
+        cairo_show_text(cr, run.c_str());
+        // Underline and strikeout as bars the width of the run.
+        if (font->style & FontStyleUnderline) {
+            cairo_new_path(cr);
+            cairo_rectangle(cr, line.x, baseline + 0.106 * lay.em, line.advance, 0.073 * lay.em);
+            cairo_fill(cr);
+        }
+        if (font->style & FontStyleStrikeout) {
+            cairo_new_path(cr);
+            cairo_rectangle(cr, line.x, baseline - 0.259 * lay.em, line.advance, 0.05 * lay.em);
+            cairo_fill(cr);
+        }
+    }
+    cairo_restore(cr);
+    cairo_surface_flush(g.surface);
+
+    // [2] The record for the host, in device pixels.
+    OrbDrawnText rec{};
+    rec.hdc = g.hdc;
+    rec.utf8 = lay.text.c_str();
+    DeviceBox(g.world, r.X, r.Y, r.Width, r.Height, rec.layout_x, rec.layout_y, rec.layout_width, rec.layout_height);
+    DeviceBox(g.world, lay.text_left, lay.top, lay.text_right - lay.text_left, lay.line_count * lay.line_height,
+              rec.text_x, rec.text_y, rec.text_width, rec.text_height);
+    rec.baseline_x = lay.line_count > 0 ? lay.lines[0].x : r.X;
+    rec.baseline_y = lay.top + font->ascent * lay.em;
+    Apply(g.world, rec.baseline_x, rec.baseline_y);
+    rec.angle_deg = std::atan2(g.world.m12, g.world.m11) * 180.0 / M_PI;
+    rec.argb = brush->color;
+    rec.font_family = font->family.data();
+    rec.font_face = font->face;
+    rec.font_size_px = lay.em * LinearScale(g.world);
+    rec.font_style = font->style;
+    rec.line_count = lay.line_count;
+    platform::RecordDrawnText(rec);
+    return Ok;
+}
+
+}  // extern "C"
