@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <set>
@@ -113,15 +114,8 @@ TEST(GaugeBitmaps, EveryCommittedBitmapIsListed) {
     std::set<std::string> listed;
     for (const auto& [id, path] : ScriptEntries()) listed.insert(path);
     std::set<std::string> present;
-    FILE* ls = popen(("ls " + kResources + "bitmaps").c_str(), "r");
-    ASSERT_NE(ls, nullptr);
-    char name[256];
-    while (std::fgets(name, sizeof(name), ls)) {
-        std::string n(name);
-        n.erase(n.find_last_not_of("\n") + 1);
-        present.insert("bitmaps/" + n);
-    }
-    pclose(ls);
+    for (const auto& file : std::filesystem::directory_iterator(kResources + "bitmaps"))
+        present.insert("bitmaps/" + file.path().filename().string());
     EXPECT_EQ(present, listed) << "stale or missing files in src/resources/bitmaps: run ./orb bitmaps";
 }
 

@@ -1,6 +1,7 @@
-// The packer as the build runs it: a good script gives a source that holds
-// the section; a bad one stops with the script's name and line and leaves no
-// output behind.
+// The bitmap tools as the build and ./orb run them. The packer: a good
+// script gives a source that holds the section, a bad one stops with the
+// script's name and line and leaves no output behind. make_bitmaps: the whole
+// set or nothing.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -92,5 +93,43 @@ TEST(PackResources, StopsAtABadScriptOrBitmapAndWritesNothing) {
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.output.find("usage: pack_resources"), std::string::npos);
     EXPECT_NE(RunCommand(kPacker + " --bogus").status, 0);
+    std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(MakeBitmaps, DrawsTheWholeSetOrNothing) {
+    const std::string tool = std::string(ORB_BINARY_DIR) + "/make_bitmaps";
+    CommandResult missing = RunCommand(tool + " --resources /nonexistent/resources");
+    EXPECT_NE(missing.status, 0);
+    EXPECT_NE(missing.output.find("/nonexistent/resources"), std::string::npos) << missing.output;
+
+    // A fresh run lists the committed set, file for file and size for size
+    // (pixels may differ with the fonts of the machine).
+    char dir_template[] = "/tmp/orb_bitmaps_XXXXXX";
+    std::string dir = mkdtemp(dir_template);
+    CommandResult run = RunCommand(tool + " --resources " + dir);
+    ASSERT_EQ(run.status, 0) << run.output;
+    std::stringstream fresh, committed;
+    fresh << std::ifstream(dir + "/resources.rc").rdbuf();
+    committed << std::ifstream(std::string(ORB_SOURCE_DIR) + "/src/resources/resources.rc").rdbuf();
+    EXPECT_EQ(fresh.str(), committed.str()) << "resources.rc is stale: run ./orb bitmaps";
+    std::string line;
+    std::istringstream lines(committed.str());
+    int files = 0;
+    while (std::getline(lines, line)) {
+        size_t quote = line.find('"');
+        if (line.empty() || line[0] == '/' || quote == std::string::npos) continue;
+        std::string path = line.substr(quote + 1, line.rfind('"') - quote - 1);
+        std::ifstream a(dir + "/" + path, std::ios::binary | std::ios::ate);
+        std::ifstream b(std::string(ORB_SOURCE_DIR) + "/src/resources/" + path, std::ios::binary | std::ios::ate);
+        ASSERT_TRUE(a.good() && b.good()) << path;
+        EXPECT_EQ(a.tellg(), b.tellg()) << path;
+        ++files;
+    }
+    EXPECT_GT(files, 100);
+    // A second run replaces the set whole: no working folders stay behind.
+    ASSERT_EQ(RunCommand(tool + " --resources " + dir).status, 0);
+    EXPECT_FALSE(Exists(dir + "/bitmaps.new/lnav_0.bmp"));
+    EXPECT_FALSE(Exists(dir + "/bitmaps.old/lnav_0.bmp"));
+    EXPECT_FALSE(Exists(dir + "/resources.rc.new"));
     std::system(("rm -rf " + dir).c_str());
 }
