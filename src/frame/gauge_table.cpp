@@ -98,11 +98,12 @@ LayerSpec IconLayerOf(GaugeId id, int icon_index) {
     switch (id) {
     case GaugeId::SMITHS_FMS:
     case GaugeId::SMITHS_FMS_BR:
-        // EXEC lamp above the EXEC key; message lamp on the left of the keypad.
-        return icon_index == 0 ? LayerSpec{352, 342, 40, 8, false, true} : LayerSpec{14, 440, 10, 40, false, true};
+        // EXEC light bar across the top of the EXEC key; MSG lamp left of the keypad.
+        return icon_index == 0 ? LayerSpec{323, 341, 34, 6, false, true} : LayerSpec{8, 466, 36, 14, false, true};
     case GaugeId::MCU:
     case GaugeId::MCU_LM:
-        return icon_index == 0 ? LayerSpec{40, 200, 40, 10, false, true} : LayerSpec{90, 200, 40, 10, false, true};
+        // LNAV and HOLD lamps above their keys.
+        return icon_index == 0 ? LayerSpec{223, 201, 50, 14, false, true} : LayerSpec{137, 201, 50, 14, false, true};
     case GaugeId::EFS50_EADI:
         return {51, 42, 280, 262, false, true};
     case GaugeId::LNAV:
