@@ -16,7 +16,12 @@
 #define ORB_EXPORT __attribute__((visibility("default")))
 #endif
 
+// The simulator's 4-byte packing; a 64-bit build keeps natural alignment so
+// that its pointers stay aligned (only the 32-bit layout is the simulator's).
+#if defined(__i386__) || defined(_M_IX86)
 #pragma pack(push, 4)
+#define ORB_SDK_PACKED 1
+#endif
 
 extern "C" {
 
@@ -466,7 +471,10 @@ constexpr ID kPanelsImportId = 0x0000000F;
 
 }  // extern "C"
 
+#if defined(ORB_SDK_PACKED)
 #pragma pack(pop)
+#undef ORB_SDK_PACKED
+#endif
 
 // ---------------------------------------------------------------------------
 // Layout checks for the 32-bit build (the only layout the simulator loads).
