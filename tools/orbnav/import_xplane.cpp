@@ -146,8 +146,12 @@ std::string Join(const std::vector<std::string_view>& words, size_t from, size_t
 // Reads the two header lines ("I"/"A", then the version line) and checks the version.
 bool ReadHeader(InputFile& in, const char* expected_version, std::string& version_line, std::string& error) {
     std::string line;
+    if (!in.Next(line)) {
+        error = in.path() + ":1: empty or unreadable file";
+        return false;
+    }
     // The byte-order line; some published files leave it empty.
-    if (!in.Next(line) || (line != "I" && line != "A" && !Words(line).empty())) {
+    if (line != "I" && line != "A" && !Words(line).empty()) {
         error = in.Where() + ": not an X-Plane data file (first line must be I, A or empty)";
         return false;
     }
