@@ -115,15 +115,14 @@ static uint32_t AddPoolText(std::string_view text) {
     // Offsets are 32-bit; a pool that would pass them keeps the text empty.
     if (g_navdb.pool.size() + text.size() + 1 > 0xFFFFFFF0u) return 0;
     if (g_navdb.pool.empty()) g_navdb.pool.push_back(0);
-    uint32_t offset = static_cast<uint32_t>(g_navdb.pool.size());
-    g_navdb.pool.insert(g_navdb.pool.end(), text.begin(), text.end());
-    g_navdb.pool.push_back(0);
-    return offset;
+    size_t offset = g_navdb.pool.size();
+    g_navdb.pool.resize(offset + text.size() + 1);
+    std::memcpy(g_navdb.pool.data() + offset, text.data(), text.size());
+    g_navdb.pool[offset + text.size()] = 0;
+    return static_cast<uint32_t>(offset);
 }
 
 namespace {
-void Keep(std::array<char, kBulkLineSize>& slot, std::string_view value) { SetText(slot, value); }
-
 // Appends a row while the table has room; returns the row or 0 when dropped.
 int AppendRow(NavTableId id, std::string_view ident, std::string_view name, double latitude, double longitude, char kind,
               std::string_view text) {
@@ -147,33 +146,51 @@ int AppendRow(NavTableId id, std::string_view ident, std::string_view name, doub
 }
 }  // namespace
 
-void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept) {
+void BulkColumns::Detach(const char* begin, const char* end) {
+    for (BulkColumn& column : c) {
+        const char* at = column.value.data();
+        if (at == nullptr || at < begin || at >= end) continue;
+        size_t length = std::min(column.value.size(), column.text.size() - 1);
+        std::memmove(column.text.data(), at, length);
+        column.value = std::string_view(column.text.data(), length);
+    }
+}
+
+void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept, bool line_stays) {
+    struct DetachAtEnd {
+        BulkColumns& kept;
+        std::string_view line;
+        bool stays;
+        ~DetachAtEnd() {
+            if (!stays) kept.Detach(line.data(), line.data() + line.size());
+        }
+    } detach{kept, line, line_stays};
     // A ';' as the very first character makes a comment; a blank before it doesn't.
     if (line.empty() || line[0] == ';') return;
+    // Only the columns the table uses are split off.
+    int wanted = id == NavTableId::Intersections ? 4 : id == NavTableId::Navaids ? 6 : 5;
     std::array<std::string_view, 6> columns{};
-    int n = SplitColumns(line, columns.data(), static_cast<int>(columns.size()));
+    int n = SplitColumns(line, columns.data(), wanted);
     if (n == 0) return;  // a blank line holds no row
-    std::array<std::array<char, kBulkLineSize>*, 6> slots = {&kept.c1, &kept.c2, &kept.c3, &kept.c4, &kept.c5, &kept.c6};
     // Columns the format clears before each line; the others keep the line before's value.
-    if (id == NavTableId::AirwayFixes) kept.c3[0] = 0;
-    if (id == NavTableId::Navaids) kept.c6[0] = 0;
-    for (int i = 0; i < n; ++i) Keep(*slots[i], columns[i]);
-    auto text = [](const std::array<char, kBulkLineSize>& c) { return TextOf(c); };
+    if (id == NavTableId::AirwayFixes) kept.c[2].value = {};
+    if (id == NavTableId::Navaids) kept.c[5].value = {};
+    for (int i = 0; i < n; ++i) kept.c[static_cast<size_t>(i)].value = columns[static_cast<size_t>(i)];
+    auto text = [&](int i) { return kept.c[static_cast<size_t>(i)].value; };
 
     switch (id) {
         case NavTableId::Intersections:
-            AppendRow(id, text(kept.c1), text(kept.c2), ReadNumber(text(kept.c3)), ReadNumber(text(kept.c4)), 'I', {});
+            AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), 'I', {});
             break;
         case NavTableId::AirwayFixes: {
             // Three-letter navaids of an airway stay out: only names of four or more.
-            std::string_view ident = text(kept.c3);
+            std::string_view ident = text(2);
             if (ident.size() < 4) return;
-            AppendRow(id, ident, ident, ReadNumber(text(kept.c4)), ReadNumber(text(kept.c5)), 'I', {});
+            AppendRow(id, ident, ident, ReadNumber(text(3)), ReadNumber(text(4)), 'I', {});
             break;
         }
         case NavTableId::Airports: {
-            int row = AppendRow(id, text(kept.c1), text(kept.c2), ReadNumber(text(kept.c4)), ReadNumber(text(kept.c5)), 'A',
-                                text(kept.c3));
+            int row = AppendRow(id, text(0), text(1), ReadNumber(text(3)), ReadNumber(text(4)), 'A', text(2));
             int count = g_navdb.AirportTable.count;
             if (row != 0 && count >= kStructLimitWarning && !g_navdb.airport_warning_written) {
                 g_navdb.airport_warning_written = true;
@@ -182,9 +199,8 @@ void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept) {
             break;
         }
         case NavTableId::Navaids: {
-            char kind = text(kept.c5) == "VOR" ? 'V' : 'N';
-            int row = AppendRow(id, text(kept.c1), text(kept.c2), ReadNumber(text(kept.c3)), ReadNumber(text(kept.c4)), kind,
-                                text(kept.c6));
+            char kind = text(4) == "VOR" ? 'V' : 'N';
+            int row = AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), kind, text(5));
             int count = g_navdb.NavaidTable.count;
             if (row != 0 && count >= kStructLimitWarning && !g_navdb.navaid_warning_written) {
                 g_navdb.navaid_warning_written = true;
@@ -199,9 +215,17 @@ static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept)
     FILE* file = _fsopen(path, "rb", _SH_DENYNO);
     if (file == nullptr) return false;  // a missing file is skipped in silence
     LineReader reader(file);
-    std::array<char, kBulkLineSize> line{};
+    // Two line buffers in turn: a column kept from the line before stays where it is.
+    static std::array<std::array<char, kBulkLineSize>, 2> lines;
     size_t length = 0;
-    while (reader.Next(line.data(), line.size(), length)) LoadBulkLine(std::string_view(line.data(), length), id, kept);
+    for (int turn = 0;; turn ^= 1) {
+        char* line = lines[static_cast<size_t>(turn)].data();
+        kept.Detach(line, line + kBulkLineSize);
+        if (!reader.Next(line, kBulkLineSize, length)) break;
+        LoadBulkLine(std::string_view(line, length), id, kept, true);
+    }
+    kept.Detach(lines[0].data(), lines[0].data() + kBulkLineSize);
+    kept.Detach(lines[1].data(), lines[1].data() + kBulkLineSize);
     std::fclose(file);
     return true;
 }

@@ -202,13 +202,23 @@ void CopyRecord(const BulkTable& table, int row, NavRecord& out);
 // [SECTION] Line readers, shared by the loaders, the tools and the fuzz targets.
 // The columns a bulk line leaves behind; missing columns keep the line
 // before's values, as the loaders do.
+// A column points into the line it came from while that line's buffer
+// lives; it is copied into its own storage only before the buffer is reused,
+// so that complete lines cost no copy.
+struct BulkColumn {
+    std::array<char, kBulkLineSize> text{};
+    std::string_view value;                  // the column's text, wherever it stands
+};
 struct BulkColumns {
-    std::array<char, kBulkLineSize> c1{}, c2{}, c3{}, c4{}, c5{}, c6{};
+    std::array<BulkColumn, 6> c{};
+    // Copies every column that points into [begin, end) into its own storage.
+    void Detach(const char* begin, const char* end);
 };
 // Reads one table's file into the table (kind decides the columns); returns
 // false when the file could not be opened.
 bool LoadBulkFile(const char* path, NavTableId table);
-// Adds one line as the loader would (for tests and the fuzz target).
-void LoadBulkLine(std::string_view line, NavTableId table, BulkColumns& columns);
+// Adds one line as the loader would. Unless line_stays, the columns kept
+// are copied out of the line before it returns.
+void LoadBulkLine(std::string_view line, NavTableId table, BulkColumns& columns, bool line_stays = false);
 // Prepares the tables for a load: counts 0, rows and pool reserved.
 void ResetBulkTables(size_t pool_bytes_hint);

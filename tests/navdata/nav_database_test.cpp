@@ -134,7 +134,7 @@ TEST(NavDatabase, HostileLinesLoadWithoutHarm) {
     LoadNavDatabase();
     ASSERT_EQ(g_navdb.IntersectionTable.count, 5);
     EXPECT_EQ(IdentOf(g_navdb.IntersectionTable, 1).size(), kBulkLineSize - 1);
-    EXPECT_EQ(Ident(NavTableId::Intersections, 2), "NUL");  // a NUL ends a text
+    EXPECT_EQ(IdentOf(g_navdb.IntersectionTable, 2), std::string_view("NUL\0BYTE", 8));
     NavRecord r;
     CopyRecord(g_navdb.IntersectionTable, 3, r);
     EXPECT_DOUBLE_EQ(r.Latitude, 0);
