@@ -50,7 +50,8 @@ void FlightPlanFolder(char* out, size_t size) {
     if (configured[0] != 0) {
         size_t n = std::strlen(configured);
         bool has_slash = configured[n - 1] == '\\' || configured[n - 1] == '/';
-        std::snprintf(out, size, "%s%s", configured, has_slash ? "" : "\\");
+        // A path that doesn't fit names no folder: nothing is read or written then.
+        if (std::snprintf(out, size, "%s%s", configured, has_slash ? "" : "\\") >= static_cast<int>(size)) out[0] = 0;
         return;
     }
     DataPath("\\orb\\flightplans\\", out, size);
@@ -59,7 +60,7 @@ void FlightPlanFolder(char* out, size_t size) {
 static void PathInFolder(const char* name, char* out, size_t size) {
     char folder[MAX_PATH];
     FlightPlanFolder(folder, sizeof folder);
-    std::snprintf(out, size, "%s%s", folder, name ? name : "");
+    if (std::snprintf(out, size, "%s%s", folder, name ? name : "") >= static_cast<int>(size)) out[0] = 0;
 }
 
 int SaveRouteFile(const char* name) {
@@ -428,7 +429,7 @@ void BuildStoredPlanTable() {
     t.rows.clear();
     char folder[MAX_PATH], pattern[MAX_PATH];
     FlightPlanFolder(folder, sizeof folder);
-    std::snprintf(pattern, sizeof pattern, "%s*.*", folder);
+    if (std::snprintf(pattern, sizeof pattern, "%s*.*", folder) >= static_cast<int>(sizeof pattern)) pattern[0] = 0;
     std::vector<std::string> names;
     WIN32_FIND_DATAA found{};
     HANDLE search = FindFirstFileA(pattern, &found);
