@@ -101,7 +101,7 @@ void StartupOnce(GaugeId id, const char* parameters) {
     // 2. Global configuration (which ends by detecting the generation).
     if (!g_module.configuration_loaded) LoadGlobalConfig();
     // 3. The navigation database.
-    if (!skip_database && g_navdb.airport_count == 0) {
+    if (!skip_database && g_navdb.AirportTable.count == 0) {
         LoadNavDatabase();
         if (Is(id, {G::SMITHS_FMS, G::SMITHS_FMS_BR})) FlightLogFirstPass(3);
     }

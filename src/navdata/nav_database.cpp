@@ -1,6 +1,578 @@
-// nav_database.cpp: the tables' loading is still to come.
+// nav_database.cpp: loading the bulk tables, the navaid index and lookup,
+// the name search, the proximity subsets, position texts and the database
+// cycle.
+//
+// Index
+// [SECTION] State and row access
+// [SECTION] Bulk load
+// [SECTION] Navaid index and FindNavaid
+// [SECTION] ResolveName
+// [SECTION] Proximity subsets
+// [SECTION] FormatLatLon and the database cycle
 #include "navdata/nav_database.h"
 
-NavDatabase g_navdb;
+#include "frame/diagnostic_log.h"
+#include "frame/engine_tick.h"
+#include "frame/module_state.h"
+#include "guidance/geodesy.h"
+#include "navdata/nav_text.h"
 
-void LoadNavDatabase() {}
+#include <share.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+
+NavDatabase g_navdb;
+CandidateList g_candidates;
+ProximitySubsets g_nearby;
+
+// [SECTION] State and row access
+BulkTable& TableOf(NavTableId id) {
+    switch (id) {
+        case NavTableId::Airports: return g_navdb.AirportTable;
+        case NavTableId::Navaids: return g_navdb.NavaidTable;
+        case NavTableId::Intersections: return g_navdb.IntersectionTable;
+        case NavTableId::AirwayFixes: break;
+    }
+    return g_navdb.AirwayFixTable;
+}
+
+static int LimitOf(NavTableId id) {
+    switch (id) {
+        case NavTableId::Airports: return kAirportLimit;
+        case NavTableId::Navaids: return kNavaidLimit;
+        case NavTableId::Intersections: return kIntersectionLimit;
+        case NavTableId::AirwayFixes: break;
+    }
+    return kAirwayFixLimit;
+}
+
+std::string_view PoolText(uint32_t offset) {
+    if (offset == 0 || offset >= g_navdb.pool.size()) return {};
+    return std::string_view(g_navdb.pool.data() + offset);
+}
+
+std::string_view IdentOf(const BulkTable& table, int row) {
+    if (row < 1 || row > table.count) return {};
+    const BulkRow& r = table.rows[row];
+    return std::string_view(g_navdb.pool.data() + r.ident, r.ident_length);
+}
+
+std::string_view NameOf(const BulkTable& table, int row) {
+    if (row < 1 || row > table.count) return {};
+    return PoolText(table.rows[row].name);
+}
+
+static const char* KindText(char kind) {
+    switch (kind) {
+        case 'A': return "APT";
+        case 'V': return "V";
+        case 'N': return "N";
+        case 'I': return "I";
+        default: return "";
+    }
+}
+
+void CopyRecord(const BulkTable& table, int row, NavRecord& out) {
+    out = NavRecord{};
+    if (row < 1 || row > table.count) return;
+    const BulkRow& r = table.rows[row];
+    SetText(out.Ident, IdentOf(table, row));
+    SetText(out.Name, PoolText(r.name));
+    out.Latitude = r.Latitude;
+    out.Longitude = r.Longitude;
+    SetText(out.Kind, KindText(r.kind));
+    if (r.kind == 'A')
+        SetText(out.Elevation, PoolText(r.text));
+    else
+        SetText(out.Frequency, PoolText(r.text));
+}
+
+// [SECTION] Bulk load
+void ResetBulkTables(size_t pool_bytes_hint) {
+    for (NavTableId id : {NavTableId::Airports, NavTableId::Navaids, NavTableId::Intersections, NavTableId::AirwayFixes}) {
+        BulkTable& table = TableOf(id);
+        table.count = 0;
+        // Sized once: the limit's rows, row 0 and the spare row behind them.
+        if (table.rows.size() != static_cast<size_t>(LimitOf(id) + 2)) {
+            table.rows.clear();
+            table.rows.shrink_to_fit();
+            table.rows.resize(static_cast<size_t>(LimitOf(id) + 2));
+        }
+    }
+    g_navdb.pool.clear();
+    g_navdb.pool.reserve(pool_bytes_hint + 1);
+    g_navdb.pool.push_back(0);  // offset 0: the empty text
+    g_navdb.airport_warning_written = false;
+    g_navdb.navaid_warning_written = false;
+    g_navdb.navaid_index_count = 0;
+}
+
+static uint32_t AddPoolText(std::string_view text) {
+    if (text.empty()) return 0;
+    // Offsets are 32-bit; a pool that would pass them keeps the text empty.
+    if (g_navdb.pool.size() + text.size() + 1 > 0xFFFFFFF0u) return 0;
+    if (g_navdb.pool.empty()) g_navdb.pool.push_back(0);
+    size_t offset = g_navdb.pool.size();
+    g_navdb.pool.resize(offset + text.size() + 1);
+    std::memcpy(g_navdb.pool.data() + offset, text.data(), text.size());
+    g_navdb.pool[offset + text.size()] = 0;
+    return static_cast<uint32_t>(offset);
+}
+
+namespace {
+// Appends a row while the table has room; returns the row or 0 when dropped.
+int AppendRow(NavTableId id, std::string_view ident, std::string_view name, double latitude, double longitude, char kind,
+              std::string_view text) {
+    BulkTable& table = TableOf(id);
+    if (table.rows.size() != static_cast<size_t>(LimitOf(id) + 2)) table.rows.resize(static_cast<size_t>(LimitOf(id) + 2));
+    if (table.count >= LimitOf(id)) return 0;  // a full table drops further rows in silence
+    int row = table.count + 1;
+    BulkRow& r = table.rows[row];
+    r = BulkRow{};
+    // Idents longer than the row's length field are cut; no file has them.
+    if (ident.size() > 0xFFFF) ident = ident.substr(0, 0xFFFF);
+    r.ident = AddPoolText(ident);
+    r.ident_length = static_cast<uint16_t>(r.ident == 0 ? 0 : ident.size());
+    r.name = name == ident ? r.ident : AddPoolText(name);
+    r.text = AddPoolText(text);
+    r.Latitude = latitude;
+    r.Longitude = longitude;
+    r.kind = kind;
+    table.count = row;
+    return row;
+}
+}  // namespace
+
+void BulkColumns::Detach(const char* begin, const char* end) {
+    for (BulkColumn& column : c) {
+        const char* at = column.value.data();
+        if (at == nullptr || at < begin || at >= end) continue;
+        size_t length = std::min(column.value.size(), column.text.size() - 1);
+        std::memmove(column.text.data(), at, length);
+        column.value = std::string_view(column.text.data(), length);
+    }
+}
+
+void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept, bool line_stays) {
+    struct DetachAtEnd {
+        BulkColumns& kept;
+        std::string_view line;
+        bool stays;
+        ~DetachAtEnd() {
+            if (!stays) kept.Detach(line.data(), line.data() + line.size());
+        }
+    } detach{kept, line, line_stays};
+    // A ';' as the very first character makes a comment; a blank before it doesn't.
+    if (line.empty() || line[0] == ';') return;
+    // Only the columns the table uses are split off.
+    int wanted = id == NavTableId::Intersections ? 4 : id == NavTableId::Navaids ? 6 : 5;
+    std::array<std::string_view, 6> columns{};
+    int n = SplitColumns(line, columns.data(), wanted);
+    if (n == 0) return;  // a blank line holds no row
+    // Columns the format clears before each line; the others keep the line before's value.
+    if (id == NavTableId::AirwayFixes) kept.c[2].value = {};
+    if (id == NavTableId::Navaids) kept.c[5].value = {};
+    for (int i = 0; i < n; ++i) kept.c[static_cast<size_t>(i)].value = columns[static_cast<size_t>(i)];
+    auto text = [&](int i) { return kept.c[static_cast<size_t>(i)].value; };
+
+    switch (id) {
+        case NavTableId::Intersections:
+            AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), 'I', {});
+            break;
+        case NavTableId::AirwayFixes: {
+            // Three-letter navaids of an airway stay out: only names of four or more.
+            std::string_view ident = text(2);
+            if (ident.size() < 4) return;
+            AppendRow(id, ident, ident, ReadNumber(text(3)), ReadNumber(text(4)), 'I', {});
+            break;
+        }
+        case NavTableId::Airports: {
+            int row = AppendRow(id, text(0), text(1), ReadNumber(text(3)), ReadNumber(text(4)), 'A', text(2));
+            int count = g_navdb.AirportTable.count;
+            if (row != 0 && count >= kStructLimitWarning && !g_navdb.airport_warning_written) {
+                g_navdb.airport_warning_written = true;
+                LogEvent("Apts '%d' approaching struct_limit", count);
+            }
+            break;
+        }
+        case NavTableId::Navaids: {
+            char kind = text(4) == "VOR" ? 'V' : 'N';
+            int row = AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), kind, text(5));
+            int count = g_navdb.NavaidTable.count;
+            if (row != 0 && count >= kStructLimitWarning && !g_navdb.navaid_warning_written) {
+                g_navdb.navaid_warning_written = true;
+                LogEvent("Navs '%d' approaching struct_limit", count);
+            }
+            break;
+        }
+    }
+}
+
+static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept) {
+    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
+    if (file == nullptr) return false;  // a missing file is skipped in silence
+    LineReader reader(file);
+    // Two line buffers in turn: a column kept from the line before stays where it is.
+    static std::array<std::array<char, kBulkLineSize>, 2> lines;
+    size_t length = 0;
+    for (int turn = 0;; turn ^= 1) {
+        char* line = lines[static_cast<size_t>(turn)].data();
+        kept.Detach(line, line + kBulkLineSize);
+        if (!reader.Next(line, kBulkLineSize, length)) break;
+        LoadBulkLine(std::string_view(line, length), id, kept, true);
+    }
+    kept.Detach(lines[0].data(), lines[0].data() + kBulkLineSize);
+    kept.Detach(lines[1].data(), lines[1].data() + kBulkLineSize);
+    std::fclose(file);
+    return true;
+}
+
+bool LoadBulkFile(const char* path, NavTableId id) {
+    static BulkColumns kept;  // 10 KB: kept off the stack
+    kept = BulkColumns{};
+    return LoadBulkFileWith(path, id, kept);
+}
+
+static long FileBytes(const char* relative) {
+    char path[MAX_PATH];
+    DataPath(relative, path, sizeof path);
+    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
+    if (file == nullptr) return 0;
+    long bytes = 0;
+    if (std::fseek(file, 0, SEEK_END) == 0) bytes = std::ftell(file);
+    std::fclose(file);
+    return bytes < 0 ? 0 : bytes;
+}
+
+void NavaidIndexBuild();
+
+void LoadNavDatabase() {
+    struct Pair {
+        NavTableId table;
+        const char* main;
+        const char* user;
+    };
+    // The order of reading: intersections, airway fixes, airports, navaids.
+    static constexpr Pair kPairs[] = {
+        {NavTableId::Intersections, "\\orb\\navdata\\ints.txt", "\\orb\\navdata\\ints_user.txt"},
+        {NavTableId::AirwayFixes, "\\orb\\navdata\\awys.txt", "\\orb\\navdata\\awys_user.txt"},
+        {NavTableId::Airports, "\\orb\\navdata\\apts.txt", "\\orb\\navdata\\apts_user.txt"},
+        {NavTableId::Navaids, "\\orb\\navdata\\navs.txt", "\\orb\\navdata\\navs_user.txt"},
+    };
+    // The magnetic model keeps its own coefficient text; nothing to store here.
+    // The pool is reserved once from the files' sizes (the texts kept are a
+    // part of them), and trimmed to what was used at the end.
+    size_t bytes = 0;
+    for (const Pair& p : kPairs) bytes += static_cast<size_t>(FileBytes(p.main)) + static_cast<size_t>(FileBytes(p.user));
+    ResetBulkTables(bytes / 2);
+
+    static BulkColumns kept;  // 10 KB: kept off the stack
+    for (const Pair& p : kPairs) {
+        kept = BulkColumns{};  // the main file and its overlay share the columns kept
+        char path[MAX_PATH];
+        DataPath(p.main, path, sizeof path);
+        LoadBulkFileWith(path, p.table, kept);
+        DataPath(p.user, path, sizeof path);
+        LoadBulkFileWith(path, p.table, kept);
+    }
+    g_navdb.pool.shrink_to_fit();
+    NavaidIndexBuild();
+}
+
+// [SECTION] Navaid index and FindNavaid
+void NavaidIndexBuild() {
+    const BulkTable& table = g_navdb.NavaidTable;
+    g_navdb.navaid_index_count = 0;
+    if (table.count < 1) return;
+    auto first_letter = [&](int row) {
+        std::string_view ident = IdentOf(table, row);
+        return ident.empty() ? '\0' : ident[0];
+    };
+    g_navdb.NavaidFirstLetterIndex[0] = {first_letter(1), 1};
+    g_navdb.navaid_index_count = 1;
+    for (int row = 2; row <= table.count; ++row) {
+        char letter = first_letter(row);
+        if (letter == g_navdb.NavaidFirstLetterIndex[g_navdb.navaid_index_count - 1].letter) continue;
+        if (g_navdb.navaid_index_count >= kNavaidIndexLimit) break;
+        g_navdb.NavaidFirstLetterIndex[g_navdb.navaid_index_count++] = {letter, row};
+    }
+}
+
+static int WholeDegrees(double value) {
+    if (!std::isfinite(value) || std::fabs(value) > 1e9) return 0;
+    return static_cast<int>(value);  // cut toward zero
+}
+
+int FindNavaid(std::string_view ident, std::string_view kind, double latitude) {
+    const BulkTable& table = g_navdb.NavaidTable;
+    if (ident.empty()) return 0;
+    // 1. The run of the ident's first letter.
+    int start = 0;
+    for (int i = 0; i < g_navdb.navaid_index_count; ++i) {
+        if (g_navdb.NavaidFirstLetterIndex[i].letter == ident[0]) {
+            start = g_navdb.NavaidFirstLetterIndex[i].row;
+            break;
+        }
+    }
+    if (start == 0) return 0;
+    bool any_kind = kind.empty() || kind == "INT";
+    int degrees = WholeDegrees(latitude);
+    // 2. Walk while the first letter holds.
+    for (int row = start; row <= table.count; ++row) {
+        std::string_view row_ident = IdentOf(table, row);
+        if (row_ident.empty() || row_ident[0] != ident[0]) return 0;
+        if (row_ident != ident) continue;
+        // 3. Kind and whole degree of latitude.
+        const BulkRow& r = table.rows[row];
+        bool kind_ok = any_kind ? r.kind == 'V' : r.kind == kind[0];
+        if (kind_ok && WholeDegrees(r.Latitude) == degrees) return row;
+    }
+    return 0;
+}
+
+// [SECTION] ResolveName
+// The short oceanic forms of five characters: ddddN, ddNdd and their kin.
+static bool ParseOceanic(std::string_view entry, double& latitude, double& longitude) {
+    if (entry.size() != 5) return false;
+    auto digit = [&](size_t i) { return entry[i] >= '0' && entry[i] <= '9'; };
+    auto value = [&](size_t i) { return (entry[i] - '0') * 10 + (entry[i + 1] - '0'); };
+    char letter = 0;
+    double lat = 0, lon = 0;
+    if (digit(0) && digit(1) && digit(2) && digit(3) && !digit(4)) {
+        letter = entry[4];
+        lat = value(0);
+        lon = value(2);
+    } else if (digit(0) && digit(1) && !digit(2) && digit(3) && digit(4)) {
+        letter = entry[2];
+        lat = value(0);
+        lon = value(3) + 100;
+    } else {
+        return false;
+    }
+    switch (letter) {
+        case 'N': latitude = lat, longitude = -lon; break;
+        case 'E': latitude = lat, longitude = lon; break;
+        case 'S': latitude = -lat, longitude = lon; break;
+        case 'W': latitude = -lat, longitude = -lon; break;
+        default: return false;
+    }
+    return true;
+}
+
+// A pilot waypoint typed as a position or place-bearing form; not yet known
+// to the plan editor, so no entry is taken as one.
+static bool ResolvePositionEntry(std::string_view, NavRecord&) { return false; }
+
+int ResolveName(int kind_filter, std::string_view entry) {
+    CandidateList& list = g_candidates;
+    // 1. Empty the list.
+    list.count = 0;
+    list.selected = 0;
+    // 2. Position and place-bearing entries end the search with one row.
+    if (entry.size() >= 8 && entry.size() <= 29) {
+        NavRecord record;
+        if (ResolvePositionEntry(entry, record)) {
+            list.rows[1] = record;
+            list.count = 1;
+            return 1;
+        }
+    }
+    // 3. Navaids, intersections, airports, in this order; exact idents.
+    auto walk = [&](const BulkTable& table, char what) {
+        const char* pool = g_navdb.pool.data();
+        for (int row = 1; row <= table.count; ++row) {
+            const BulkRow& r = table.rows[row];
+            if (r.ident_length != entry.size() || std::memcmp(pool + r.ident, entry.data(), entry.size()) != 0) continue;
+            if (list.count >= kCandidateLimit) return;
+            NavRecord& out = list.rows[++list.count];
+            out = NavRecord{};
+            SetText(out.Ident, entry);
+            out.Latitude = r.Latitude;
+            out.Longitude = r.Longitude;
+            SetText(out.Kind, KindText(r.kind));
+            if (what == 'N') SetText(out.Frequency, PoolText(r.text));
+            if (what == 'A') SetText(out.Elevation, PoolText(r.text));
+        }
+    };
+    if (!entry.empty()) {
+        if (kind_filter == 0 || kind_filter == 1) walk(g_navdb.NavaidTable, 'N');
+        if (kind_filter == 0 || kind_filter == 2) walk(g_navdb.IntersectionTable, 'I');
+        if (kind_filter == 0 || kind_filter == 3) walk(g_navdb.AirportTable, 'A');
+    }
+    // 4. The short oceanic forms.
+    double latitude = 0, longitude = 0;
+    if (list.count == 0 && ParseOceanic(entry, latitude, longitude)) {
+        NavRecord& out = list.rows[1];
+        out = NavRecord{};
+        SetText(out.Ident, entry);
+        SetText(out.Kind, "O");
+        out.Latitude = latitude;
+        out.Longitude = longitude;
+        list.count = 1;
+    }
+    // 5. Nearest first from the aircraft; equal distances keep their order.
+    if (list.count > 1) {
+        std::array<double, kCandidateLimit + 1> distance{};
+        std::array<int, kCandidateLimit + 1> order{};
+        for (int i = 1; i <= list.count; ++i) {
+            double bearing = 0;
+            GreatCircle(g_sim.latitude, g_sim.longitude, list.rows[i].Latitude, list.rows[i].Longitude, distance[i], bearing);
+            if (!std::isfinite(distance[i])) distance[i] = 1e9;
+            order[i] = i;
+        }
+        std::stable_sort(order.begin() + 1, order.begin() + list.count + 1,
+                         [&](int a, int b) { return distance[a] < distance[b]; });
+        static std::array<NavRecord, kCandidateLimit + 1> sorted;  // 40 KB: kept off the stack
+        for (int i = 1; i <= list.count; ++i) sorted[i] = list.rows[order[i]];
+        for (int i = 1; i <= list.count; ++i) list.rows[i] = sorted[i];
+    }
+    return list.count;
+}
+
+// [SECTION] Proximity subsets
+namespace {
+template <int N>
+void FillFromBulk(ProximitySubset<N>& subset, const BulkTable& table, double radius, bool kind_and_frequency, double latitude,
+                  double longitude) {
+    subset.count = 0;
+    for (int row = 1; row <= table.count && subset.count < N; ++row) {
+        const BulkRow& r = table.rows[row];
+        double distance = 0, bearing = 0;
+        GreatCircle(latitude, longitude, r.Latitude, r.Longitude, distance, bearing);
+        if (!(distance <= radius)) continue;
+        NearbyRecord& out = subset.rows[++subset.count];
+        out = NearbyRecord{};
+        SetText(out.Ident, IdentOf(table, row));
+        out.Latitude = r.Latitude;
+        out.Longitude = r.Longitude;
+        if (kind_and_frequency) {
+            SetText(out.Kind, KindText(r.kind));
+            if (r.kind != 'A') SetText(out.Frequency, PoolText(r.text));
+        }
+    }
+    subset.centre_latitude = latitude;
+    subset.centre_longitude = longitude;
+}
+
+template <int N, int M>
+void FillFromSubset(ProximitySubset<N>& subset, const ProximitySubset<M>& source, double radius, double measure_latitude,
+                    double measure_longitude, double latitude, double longitude) {
+    subset.count = 0;
+    for (int row = 1; row <= source.count && subset.count < N; ++row) {
+        const NearbyRecord& r = source.rows[row];
+        double distance = 0, bearing = 0;
+        GreatCircle(measure_latitude, measure_longitude, r.Latitude, r.Longitude, distance, bearing);
+        if (!(distance <= radius)) continue;
+        subset.rows[++subset.count] = r;
+    }
+    subset.centre_latitude = latitude;
+    subset.centre_longitude = longitude;
+}
+}  // namespace
+
+void BuildProximitySubset(SubsetId subset, double latitude, double longitude) {
+    ProximitySubsets& s = g_nearby;
+    switch (subset) {
+        case SubsetId::AirportsNear600:
+            FillFromBulk(s.AirportsNear600, g_navdb.AirportTable, 600, false, latitude, longitude);
+            break;
+        case SubsetId::AirportsNear180:
+            FillFromSubset(s.AirportsNear180, s.AirportsNear600, 180, latitude, longitude, latitude, longitude);
+            break;
+        case SubsetId::NavaidsNear600:
+            FillFromBulk(s.NavaidsNear600, g_navdb.NavaidTable, 600, true, latitude, longitude);
+            break;
+        case SubsetId::NavaidsNear320:
+            FillFromSubset(s.NavaidsNear320, s.NavaidsNear600, 320, latitude, longitude, latitude, longitude);
+            break;
+        case SubsetId::FixesNear600:
+            FillFromBulk(s.FixesNear600, g_navdb.AirwayFixTable, 600, true, latitude, longitude);
+            break;
+        case SubsetId::FixesNear200:
+            // Measured from the aircraft, whatever centre the map draws around.
+            FillFromSubset(s.FixesNear200, s.FixesNear600, 200, g_sim.latitude, g_sim.longitude, latitude, longitude);
+            break;
+    }
+}
+
+void UpdateProximitySubsets(double latitude, double longitude) {
+    constexpr double kOuterMove = 200;  // nm the centre may move before a 600 nm subset is rebuilt
+    constexpr double kInnerMove = 50;   // nm for the inner subsets
+    auto moved = [&](double centre_latitude, double centre_longitude) {
+        double distance = 0, bearing = 0;
+        GreatCircle(centre_latitude, centre_longitude, latitude, longitude, distance, bearing);
+        return std::isfinite(distance) ? distance : 1e9;
+    };
+    ProximitySubsets& s = g_nearby;
+    if (moved(s.AirportsNear600.centre_latitude, s.AirportsNear600.centre_longitude) > kOuterMove)
+        BuildProximitySubset(SubsetId::AirportsNear600, latitude, longitude);
+    if (moved(s.AirportsNear180.centre_latitude, s.AirportsNear180.centre_longitude) > kInnerMove)
+        BuildProximitySubset(SubsetId::AirportsNear180, latitude, longitude);
+    if (moved(s.NavaidsNear600.centre_latitude, s.NavaidsNear600.centre_longitude) > kOuterMove)
+        BuildProximitySubset(SubsetId::NavaidsNear600, latitude, longitude);
+    if (moved(s.NavaidsNear320.centre_latitude, s.NavaidsNear320.centre_longitude) > kInnerMove)
+        BuildProximitySubset(SubsetId::NavaidsNear320, latitude, longitude);
+    if (moved(s.FixesNear600.centre_latitude, s.FixesNear600.centre_longitude) > kOuterMove)
+        BuildProximitySubset(SubsetId::FixesNear600, latitude, longitude);
+    if (moved(s.FixesNear200.centre_latitude, s.FixesNear200.centre_longitude) > kInnerMove)
+        BuildProximitySubset(SubsetId::FixesNear200, latitude, longitude);
+}
+
+// [SECTION] FormatLatLon and the database cycle
+static void FormatOne(double value, char positive, char negative, char* out, size_t size) {
+    if (out == nullptr || size == 0) return;
+    if (!std::isfinite(value) || std::fabs(value) > 1e6) value = 0;
+    char hemisphere = value >= 0 ? positive : negative;
+    double a = std::fabs(value);
+    int degrees = static_cast<int>(a);
+    double minutes_full = (a - degrees) * 60.0;
+    int minutes = static_cast<int>(minutes_full);
+    int seconds = static_cast<int>((minutes_full - minutes) * 60.0);
+    std::snprintf(out, size, "%c%s%d:%s%d:%s%d", hemisphere, degrees < 10 ? "0" : "", degrees, minutes < 10 ? "0" : "",
+                  minutes, seconds < 10 ? "0" : "", seconds);
+}
+
+void FormatLatLon(double latitude, double longitude_west_positive, char* lat_text, size_t lat_size, char* lon_text,
+                  size_t lon_size, int unit_is_degrees) {
+    if (unit_is_degrees != 1) {
+        latitude *= kRadToDeg;
+        longitude_west_positive *= kRadToDeg;
+    }
+    FormatOne(latitude, 'N', 'S', lat_text, lat_size);
+    FormatOne(longitude_west_positive, 'W', 'E', lon_text, lon_size);
+}
+
+void ReadDatabaseCycle() {
+    constexpr size_t kCycleLineSize = 200;  // the cycle is looked for in short lines only
+    char path[MAX_PATH];
+    DataPath("\\orb\\navdata\\navs.txt", path, sizeof path);
+    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
+    if (file == nullptr) return;
+    LineReader reader(file);
+    std::array<char, kCycleLineSize> line{};
+    size_t length = 0;
+    while (reader.Next(line.data(), line.size(), length)) {
+        std::array<std::string_view, 7> c{};
+        int n = SplitColumns(std::string_view(line.data(), length), c.data(), 7);
+        if (n < 1 || c[0] != ";AIRAC") continue;
+        auto part = [](std::string_view text, size_t offset, size_t count) {
+            return offset < text.size() ? text.substr(offset, count) : std::string_view{};
+        };
+        char cycle[32];
+        std::snprintf(cycle, sizeof cycle, "AIRAC %.*s", static_cast<int>(std::min<size_t>(c[3].size(), 24)), c[3].data());
+        SetText(g_navdb.DatabaseCycleText, cycle);
+        std::string_view from_day = part(c[4], 1, 2), from_month = part(c[4], 4, 3);
+        std::string_view to_day = part(c[6], 0, 2), to_month = part(c[6], 3, 3), year = part(c[6], 9, 2);
+        char dates[32];
+        std::snprintf(dates, sizeof dates, "%.*s%.*s%.*s%.*s/%.*s", static_cast<int>(from_month.size()), from_month.data(),
+                      static_cast<int>(from_day.size()), from_day.data(), static_cast<int>(to_month.size()),
+                      to_month.data(), static_cast<int>(to_day.size()), to_day.data(), static_cast<int>(year.size()),
+                      year.data());
+        SetText(g_navdb.DatabaseDatesText, dates);
+        break;
+    }
+    std::fclose(file);
+}

@@ -1,0 +1,128 @@
+// navdata_bench.cpp: the navigation database on a full-size data set (every
+// table at its limit, written by gen_fullsize_db into the build folder):
+// memory the bulk tables hold, load time against the time of merely reading
+// the files line by line, name search, navaid lookup, proximity rebuilds.
+#include "frame/engine_tick.h"
+#include "frame/module_state.h"
+#include "navdata/nav_database.h"
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+namespace {
+const std::string& FullSizeRoot() {
+    static std::string root = [] {
+        std::string dir = std::string(ORB_BINARY_DIR) + "/fullsize-db";
+        if (!std::filesystem::exists(dir + "/orb/navdata/ints.txt")) {
+            std::string command = std::string(ORB_BINARY_DIR) + "/gen_fullsize_db " + dir;
+            if (std::system(command.c_str()) != 0) std::fprintf(stderr, "navdata_bench: %s failed\n", command.c_str());
+        }
+        return dir;
+    }();
+    return root;
+}
+
+void UseFullSize() {
+    std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s", FullSizeRoot().c_str());
+}
+
+void LoadOnce() {
+    static bool loaded = false;
+    if (loaded) return;
+    UseFullSize();
+    LoadNavDatabase();
+    loaded = true;
+}
+
+const char* const kFiles[] = {"ints.txt", "awys.txt", "apts.txt", "navs.txt"};
+
+// The floor: every line of the same files through fgets, nothing parsed.
+double ReadLinesSeconds() {
+    auto start = std::chrono::steady_clock::now();
+    char line[kBulkLineSize];
+    size_t lines = 0;
+    for (const char* name : kFiles) {
+        FILE* f = std::fopen((FullSizeRoot() + "/orb/navdata/" + name).c_str(), "rb");
+        if (f == nullptr) continue;
+        while (std::fgets(line, sizeof line, f) != nullptr) ++lines;
+        std::fclose(f);
+    }
+    benchmark::DoNotOptimize(lines);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+size_t TableBytes() {
+    size_t bytes = g_navdb.pool.capacity();
+    for (const BulkTable* t : {&g_navdb.AirportTable, &g_navdb.NavaidTable, &g_navdb.IntersectionTable, &g_navdb.AirwayFixTable})
+        bytes += t->rows.capacity() * sizeof(BulkRow);
+    return bytes;
+}
+}  // namespace
+
+static void BM_ReadLinesFloor(benchmark::State& state) {
+    FullSizeRoot();
+    for (auto _ : state) {
+        double seconds = ReadLinesSeconds();
+        benchmark::DoNotOptimize(seconds);
+    }
+}
+BENCHMARK(BM_ReadLinesFloor)->Unit(benchmark::kMillisecond);
+
+static void BM_LoadNavDatabase(benchmark::State& state) {
+    UseFullSize();
+    double floor = ReadLinesSeconds();
+    double load_total = 0;
+    for (auto _ : state) {
+        auto start = std::chrono::steady_clock::now();
+        LoadNavDatabase();
+        load_total += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+    state.counters["airports"] = g_navdb.AirportTable.count;
+    state.counters["navaids"] = g_navdb.NavaidTable.count;
+    state.counters["intersections"] = g_navdb.IntersectionTable.count;
+    state.counters["airway_fixes"] = g_navdb.AirwayFixTable.count;
+    state.counters["table_MB"] = static_cast<double>(TableBytes()) / 1048576.0;
+    state.counters["x_floor"] = load_total / static_cast<double>(state.iterations()) / floor;
+}
+BENCHMARK(BM_LoadNavDatabase)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+static void BM_ResolveName(benchmark::State& state, const char* entry) {
+    LoadOnce();
+    g_sim.latitude = 47.5;
+    g_sim.longitude = -122.3;
+    int found = 0;
+    for (auto _ : state) found = ResolveName(0, entry);
+    state.counters["candidates"] = found;
+}
+BENCHMARK_CAPTURE(BM_ResolveName, shared_name, "BENCH")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_ResolveName, airport, "BNCH")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_ResolveName, missing, "QQQQQQ")->Unit(benchmark::kMicrosecond);
+
+static void BM_FindNavaid(benchmark::State& state, const char* ident) {
+    LoadOnce();
+    int row = 0;
+    for (auto _ : state) {
+        row = FindNavaid(ident, "INT", 0);
+        benchmark::DoNotOptimize(row);
+    }
+}
+BENCHMARK_CAPTURE(BM_FindNavaid, first_run, "BNC")->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_FindNavaid, miss_in_a_run, "MZZ")->Unit(benchmark::kMicrosecond);
+
+static void BM_ProximityRebuild(benchmark::State& state) {
+    LoadOnce();
+    g_sim.latitude = 47.5;
+    g_sim.longitude = -122.3;
+    for (auto _ : state) {
+        for (SubsetId s : {SubsetId::AirportsNear600, SubsetId::AirportsNear180, SubsetId::NavaidsNear600,
+                           SubsetId::NavaidsNear320, SubsetId::FixesNear600, SubsetId::FixesNear200})
+            BuildProximitySubset(s, 47.5, -122.3);
+    }
+    state.counters["fixes600"] = g_nearby.FixesNear600.count;
+}
+BENCHMARK(BM_ProximityRebuild)->Unit(benchmark::kMillisecond);

@@ -1,0 +1,61 @@
+// nav_text.h: the small text tools every reader of the data files shares:
+// a bounded line reader, column splitting at blanks and tabs, atof/atoi-like
+// number reading and bounded copies into fixed text fields.
+//
+// All of it survives any bytes: a line longer than the reader's buffer is cut
+// (the rest of it is dropped, it never becomes a line of its own), a NUL inside
+// a line is kept as an ordinary byte, numbers that aren't numbers read 0.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <string_view>
+
+constexpr size_t kLineReaderChunk = 64 * 1024;  // one fread a chunk: the load is bound by this loop
+
+// Reads a FILE* line by line into a caller's bounded buffer. The line end
+// ("\n", "\r\n" or a lone "\r" before "\n") is not part of the line.
+struct LineReader {
+    FILE* file = nullptr;
+    std::array<char, kLineReaderChunk> chunk{};  // bytes read ahead
+    size_t position = 0;                        // next unread byte of chunk
+    size_t filled = 0;                          // bytes valid in chunk
+    bool at_end = false;                        // fread returned nothing more
+    long line_number = 0;                       // lines handed out so far
+
+    explicit LineReader(FILE* f) : file(f) {}
+    // Copies the next line, cut to capacity - 1 bytes, NUL-terminated.
+    // Returns false at the end of the file.
+    bool Next(char* line, size_t capacity, size_t& length);
+};
+
+constexpr bool IsColumnBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+// Splits at runs of blanks and tabs. Returns the number of columns found, at
+// most max_columns (further text is left in no column).
+int SplitColumns(std::string_view line, std::string_view* columns, int max_columns);
+
+// The leading decimal number of the text, as atof reads it; 0 without one.
+double ReadNumber(std::string_view text);
+// The leading whole number, as atoi reads it (cut toward zero); 0 without one.
+int ReadInteger(std::string_view text);
+
+// Bounded copy: the text is cut to fit and always NUL-terminated.
+void CopyText(char* destination, size_t capacity, std::string_view text);
+template <size_t N>
+void SetText(std::array<char, N>& destination, std::string_view text) {
+    CopyText(destination.data(), N, text);
+}
+template <size_t N>
+std::string_view TextOf(const std::array<char, N>& text) {
+    size_t n = 0;
+    while (n < N && text[n] != 0) ++n;
+    return {text.data(), n};
+}
+
+// ASCII upper case in place (the data files are ASCII; other bytes stay).
+void UpperCase(char* text, size_t length);
+constexpr char UpperChar(char c) { return (c >= 'a' && c <= 'z') ? static_cast<char>(c - 'a' + 'A') : c; }
+bool EqualNoCase(std::string_view a, std::string_view b);
+bool EndsWithNoCase(std::string_view text, std::string_view tail);

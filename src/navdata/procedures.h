@@ -1,0 +1,12 @@
+// procedures.h: the terminal procedures of an airport (SIDs, STARs,
+// approaches), read when an airport detail slot is filled. Their loading is
+// still to come; the detail loader already calls them at the right moment.
+#pragma once
+
+#include <string_view>
+
+// Read the airport's section into the origin slot (SIDs) or the destination
+// slot (STARs, approaches).
+void LoadSids(std::string_view ident);
+void LoadStars(std::string_view ident);
+void LoadApproaches(std::string_view ident);
