@@ -2,6 +2,8 @@
 // leg and each step keeps its default.
 #include "guidance/guidance_stage.h"
 
+#include "plan/route_files.h"
+
 bool ActiveLegExists() { return false; }
 void AbeamTest() {}
 double DistanceToActiveWaypoint() { return 0; }
@@ -26,7 +28,7 @@ void CrossTrackAndRabbit(double) {}
 double CrossTrackError() { return 0; }
 void HeadingBugWrite() {}
 void EnRouteTuning(int) {}
-void RunDeferredPlanLoad(int) {}
+void RunDeferredPlanLoad(int request) { LoadRouteToActive(request); }
 void SetTowerView() {}
 double RouteDistanceToDestination() { return -1; }
 const char* DestinationIdent() { return ""; }

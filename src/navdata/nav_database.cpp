@@ -11,6 +11,8 @@
 // [SECTION] FormatLatLon and the database cycle
 #include "navdata/nav_database.h"
 
+#include "navdata/magnetic_model.h"
+
 #include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
 #include "frame/module_state.h"
@@ -250,6 +252,8 @@ static long FileBytes(const char* relative) {
 void NavaidIndexBuild();
 
 void LoadNavDatabase() {
+    // The magnetic model's text is put in place before anything asks for a variation.
+    StoreMagneticCoefficients();
     struct Pair {
         NavTableId table;
         const char* main;

@@ -245,6 +245,9 @@ TEST_F(ImportXplane, RealDataForARegion) {
     EXPECT_EQ(Words(line).size(), 5u + 6u);  // three runways, six ends
     EXPECT_NE(line.find("_ISNQ_"), std::string::npos);
     EXPECT_NE(awys.find("J70 "), std::string::npos);
-    for (const std::string& l : Split(navs, '\n'))
-        if (!l.empty() && l[0] != ';') EXPECT_TRUE(Words(l)[4] == "VOR" || Words(l)[4] == "NDB") << l;
+    for (const std::string& l : Split(navs, '\n')) {
+        if (!l.empty() && l[0] != ';') {
+            EXPECT_TRUE(Words(l)[4] == "VOR" || Words(l)[4] == "NDB") << l;
+        }
+    }
 }
