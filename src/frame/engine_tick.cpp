@@ -9,7 +9,7 @@
 //   [SECTION] Counters
 //   [SECTION] Sample groups
 //   [SECTION] Deferred writes, rate and pause, window watch
-//   [SECTION] Guidance stage and time to go
+//   [SECTION] Time to go
 //   [SECTION] EngineTick
 #include "frame/engine_tick.h"
 
@@ -20,11 +20,15 @@
 #include "frame/global_config.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
-#include "guidance/guidance_stage.h"
+#include "display/p1000_popup.h"
+#include "guidance/performance.h"
+#include "plan/plan_tables.h"
+#include "plan/route_files.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
 
+#include <algorithm>
 #include <cmath>
 
 SimState g_sim;
@@ -213,7 +217,7 @@ void RateAndPause() {
         }
     }
     if (g_vnav.tod_passed && g_config.PauseAtDistFromDestOn && !t.distance_pause_done) {
-        double distance = g_lnav.on ? RouteDistanceToDestination() : DirectDistanceToDestination();
+        double distance = g_lnav.LnavOn ? RouteDistanceToDestination() : DirectDistanceToDestination();
         if (distance >= 0 && distance < g_config.PauseAtDistFromDest) {
             TriggerKeyEvent(0x10019, 0);
             g_config.PauseAtDistFromDestOn = 0;
@@ -239,7 +243,7 @@ void WindowAliveWatch() {
     }
 }
 
-// [SECTION] Guidance stage and time to go
+// [SECTION] Time to go
 // Minutes split into hours and minutes; negative time and a rounded 60.0 read 0.
 HoursMinutes SplitMinutes(double minutes, bool keep_tenths) {
     HoursMinutes out;
@@ -260,7 +264,7 @@ void TimeToGo() {
         t.to_active = t.to_active_real = t.to_destination = t.to_destination_real = {};
         return;
     }
-    double to_active = DistanceToActiveWaypoint() / s.ground_speed * 60.0;
+    double to_active = std::max(0.0, g_lnav.DistToActive) / s.ground_speed * 60.0;
     double to_destination = RouteDistanceToDestination() / s.ground_speed * 60.0;
     t.to_active = SplitMinutes(to_active, true);
     t.to_active_real = SplitMinutes(to_active / rate, true);
@@ -268,53 +272,6 @@ void TimeToGo() {
     t.to_destination_real = SplitMinutes(to_destination / rate, false);
 }
 
-void GuidanceStage() {
-    SimState& s = g_sim;
-    TickState& t = g_tick;
-    // 1. A waypoint abeam counts as passed.
-    AbeamTest();
-    // 2. Inside the change threshold: VNAV's next constraint, the passing time.
-    double threshold = WaypointChangeThreshold();
-    if (DistanceToActiveWaypoint() < threshold) {
-        VnavNextConstraint();
-        if (s.ground_speed > 65.0) StampActualTime();
-    }
-    // 3. Holds.
-    if (g_holds.count > 0) HoldStep();
-    // 4. Sequencing.
-    if (DistanceToActiveWaypoint() < threshold && SequencingAllowed()) SequenceWaypoint();
-    // 5. Threshold for the next test; leg course, length, bearing and distance.
-    ComputeLegState();
-    // 6. Export and distances.
-    PublishGuidance();
-    DistancePass();
-    // 7. Near the destination, once a flight.
-    double to_destination = DirectDistanceToDestination();
-    if (!t.tower_view_done && to_destination >= 0 && to_destination <= 25.0) {
-        t.tower_view_done = 1;
-        if (g_config.SetDestLoadTowerViewDist > 0) SetTowerView();
-        if (g_config.SetWptBaro == 1) TriggerKeyEvent(0x10030, 0);
-    }
-    // 8. Vertical: transitions, distances, VNAV, restriction writes, commands.
-    CruiseDescentTransitions();
-    DistancePass();
-    VnavPass();
-    RestrictionWrites();
-    VnavCommandPass();
-    // 9. Time to go, once a second.
-    if (t.phase == 0) TimeToGo();
-    // 10. The destination's runways and procedures, once, when well under way.
-    if (!t.destination_loaded && LastWaypointIsAirport() && DistanceFromFirstWaypoint() > 8.0) {
-        t.destination_loaded = 1;
-        LoadDestinationProcedures();
-        if (g_config.McuShowActiveRwys == 1) ReadActiveRunways(DestinationIdent());
-    }
-    // 11. Cross track; the rabbit looks closer when nearly on track.
-    double xtk = CrossTrackError();
-    CrossTrackAndRabbit(xtk > 0 && xtk <= 3.5 ? 3.0 : 5.0);
-    // 12. The heading bug.
-    HeadingBugWrite();
-}
 }  // namespace
 
 // [SECTION] EngineTick
@@ -363,15 +320,18 @@ void EngineTick() {
     wind.true_airspeed = s.true_airspeed.now;
     wind.drift_angle = s.drift_angle;
     s.track = EstimatedTrack(s.heading_magnetic.now, wind);
-    // 16. Guidance while an active leg exists.
-    if (ActiveLegExists()) GuidanceStage();
-    // 17. En-route tuning requests.
-    if (t.tuning_requests > 0) EnRouteTuning(t.tuning_requests);
+    // 16. Guidance while an active leg exists; times to go once a second.
+    if (g_plan.context.ActiveLeg != kNoActiveLeg) {
+        LnavSequence();
+        if (t.phase == 0) TimeToGo();
+    }
+    // 17. Tuning requests (the MCU's runway).
+    if (t.tuning_requests > 0) CheckTuneRoute(t.tuning_requests);
     // 18. A deferred plan load.
     if (t.deferred_plan_load == 1 || t.deferred_plan_load == 3) {
         int request = t.deferred_plan_load;
         t.deferred_plan_load = 0;
-        RunDeferredPlanLoad(request);
+        LoadRouteToActive(request);
     }
     // 19. One-tick flags.
     t.tuning_requests = 0;

@@ -200,11 +200,11 @@ void SwitchLayers(GaugeId id, GAUGEHDR* gauge) {
         return;
     case G::MCU:
     case G::MCU_LM:
-        ShowLayer(gauge, 2, g_lnav.on != 0);
-        ShowLayer(gauge, 3, g_holds.flying != 0);
+        ShowLayer(gauge, 2, g_lnav.LnavOn != 0);
+        ShowLayer(gauge, 3, g_holds.HoldFlying != 0);
         return;
-    case G::LNAV: ShowLayer(gauge, 1, g_lnav.on != 0); return;
-    case G::VNAV: ShowLayer(gauge, 1, g_vnav.on != 0); return;
+    case G::LNAV: ShowLayer(gauge, 1, g_lnav.LnavOn != 0); return;
+    case G::VNAV: ShowLayer(gauge, 1, g_vnav.VnavOn != 0); return;
     case G::HW_B737_EFIS_CNTR:
     case G::HW_B737_EFIS_CNTR_BR:
     case G::A300_EFIS_CTRL:

@@ -4,3 +4,5 @@
 void RegisterAllVariables() {}
 void UnregisterAllVariables() {}
 void NamedVariablePump() {}
+void PublishGuidance() {}
+void SetLnavVariable(int) {}

@@ -5,3 +5,7 @@ void RegisterAllVariables();
 void UnregisterAllVariables();
 // SERVER's per-frame pump: requests in, state out.
 void NamedVariablePump();
+// Each tick while an active leg exists: guidance values out to the variables.
+void PublishGuidance();
+// orb_lnav follows LNAV at each toggle.
+void SetLnavVariable(int lnav_on);

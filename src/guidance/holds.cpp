@@ -1,4 +1,15 @@
-// holds.cpp: holds come later.
+// holds.cpp: the hold table is empty until holds are entered on the CDU; the
+// pattern itself comes with the hold pages.
 #include "guidance/holds.h"
 
 HoldState g_holds;
+
+void HoldStep() {}
+void DeleteHoldsBehind(int) {}
+bool IsFirstHoldFix(int row) { return g_holds.HoldCount > 0 && g_holds.FirstActiveRow == row; }
+
+void HoldGiveUp() {
+    if (g_holds.HoldCount > 0) g_holds.FirstActiveRow = 0;
+    g_holds.HoldFlying = 0;
+    g_holds.HoldExitState = 1;
+}

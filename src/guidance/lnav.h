@@ -1,11 +1,65 @@
-// lnav.h: lateral guidance along the active plan.
+// lnav.h: lateral guidance. LNAV follows ActivePlan by setting the
+// simulator's heading bug; the autopilot's heading hold does the turning.
 #pragma once
 
+#include <array>
+
+struct LatLon {
+    double lat = 0;                     // degrees, north positive
+    double lon = 0;                     // degrees, east positive
+};
+
+struct LastPassedWaypoint {
+    std::array<char, 24> ident{};
+    std::array<char, 8> time{};         // "%02.0f%02.0fZ"
+    double altitude = 0;                // feet
+    double fuel = 0;                    // pounds, or kilograms with WeightUnit "KGS"
+};
+
 struct LnavState {
-    int on = 0;                         // 1: LNAV engaged
+    int LnavOn = 0;                     // 1 while engaged
+    double DistToActive = 0;            // nm to ActivePos; -1 after the behind-the-aircraft rule
+    double BearingToActive = 0;         // magnetic
+    double LegCourse = 0;               // magnetic course of the active leg
+    double LegCoursePrevious = 0;
+    double LegLength = 0;               // nm
+    double DistToActivePrevious = 0;
+    double NextLegCourse = 0;           // refreshed within 10 nm while a next leg exists
+    double NextLegLength = 0;
+    double ChangeDistance = 0;          // sequencing threshold in force, nm
+    double HeadingCommand = 0;          // magnetic heading wanted
+    int LastHeadingSent = 999;          // last whole degree sent; 999 nothing
+    int LegTracking = 0;                // 1: converge on the leg by the rabbit
+    int InterceptActive = 0;            // 1: reference leg from InterceptStart
+    LatLon InterceptStart;
+    double InterceptCourse = 0;         // magnetic, from InterceptStart to the waypoint
+    LatLon RabbitPoint;
+    int ForcedTurnSide = 0;             // 0 none, else 1 left / 2 right from a Direct-To
+    double XtkDistance = -99;           // nm
+    int XtkSide = 0;
+    double TrackAngleError = 0;
+    int TrackAngleSide = 0;
+    double HeadingError = 0;
+    int HeadingErrorSide = 0;
+    int DepartedFlag = 1;               // 1 waiting to leave the origin, 2 done
+    int ArrivalDone = 0;                // the arrival step ran for this plan
+    int PublishHoldFrames = 0;          // frames the named-variable copy waits
+    LastPassedWaypoint LastPassed;
 };
 
 extern LnavState g_lnav;
 
-// The LNAV button and orb_lnav_clicked.
+// The active waypoint's position: the plan context's copy, taken at
+// sequencing, at Direct-To and at each change of plan.
+LatLon ActivePos();
+
+// A plan became active (loaded or executed): the once-per-plan steps rearm.
+void LnavPlanActivated();
+// Engage or disengage: every LNAV switch ends here.
 void LnavToggle();
+// The tick's lateral steps; nothing without an active leg.
+void LnavSequence();
+// Radio tuning: 2 from the plan, 1 the runway chosen on the MCU.
+void CheckTuneRoute(int kind);
+// The sequencing threshold for the active waypoint (for tests and pages).
+double WaypointChangeDistance();

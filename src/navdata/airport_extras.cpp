@@ -4,3 +4,5 @@
 
 void LoadParkingPosition(std::string_view) {}
 void ReadRightPatterns(std::string_view) {}
+
+void SetTowerView() {}

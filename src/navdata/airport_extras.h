@@ -9,3 +9,6 @@
 void LoadParkingPosition(std::string_view ident);
 // RightPattern of InfoAirport's runways from apt_additional_info.txt.
 void ReadRightPatterns(std::string_view ident);
+// The destination's tower view (position from apt_additional_info.txt or the
+// airport's own), set through FSUIPC once a flight.
+void SetTowerView();

@@ -9,6 +9,8 @@
 // [SECTION] StoredPlanTable
 #include "plan/route_files.h"
 
+#include "guidance/lnav.h"
+
 #include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
 #include "frame/fsuipc_client.h"
@@ -315,11 +317,12 @@ void LoadRouteToActive(int mode) {
     pc.OriginLongitude = first.Longitude;
     pc.DistanceToActive = 999;
     pc.PlanState = 0;
-    g_holds.flying = 0;
-    g_holds.count = 0;
+    g_holds.HoldFlying = 0;
+    g_holds.HoldCount = 0;
     // 13. Executed.
     if (pc.ModActiveLeg == kNoActiveLeg || pc.ModActiveLeg < 0) pc.ModActiveLeg = has_leg ? 1 : kNoActiveLeg;
     CopyModPlanToActive();
+    LnavPlanActivated();
     // 14-15. On the ground: the clock, fuel, autopilot.
     double ground_speed = g_sim.ground_speed;
     if (g_config.SetUTCTimeOnFPLoad == 1 && ground_speed < kGroundSpeedOnGround) {

@@ -6,6 +6,7 @@
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "guidance/lnav.h"
+#include "plan/plan_tables.h"
 #include "support/fake_panels.h"
 #include "support/gauge_instance.h"
 #include "support/module_reset.h"
@@ -206,13 +207,15 @@ TEST(GaugeCallback, LampsFollowTheSharedState) {
     cdu.Service(PANEL_SERVICE_PRE_UPDATE);
     EXPECT_FALSE(cdu.Hidden(3));
 
-    // The LNAV button: its click toggles LNAV, its update shows the lamp.
+    // The LNAV button: its click toggles LNAV (with a plan to fly), its update shows the lamp.
+    g_plan.context.ActiveLastRow = 1;
+    g_plan.context.ActiveLeg = 1;
     lnav.Service(PANEL_SERVICE_PRE_UPDATE);
     EXPECT_TRUE(lnav.Hidden(1));
     const MOUSERECT* rows = MouseTableOf(GaugeId::LNAV);
     PIXPOINT point{10, 10};
     rows[2].mouse_function(&point, MOUSE_LEFTSINGLE);
-    EXPECT_EQ(g_lnav.on, 1);
+    EXPECT_EQ(g_lnav.LnavOn, 1);
     lnav.Service(PANEL_SERVICE_PRE_UPDATE);
     EXPECT_FALSE(lnav.Hidden(1));
 }

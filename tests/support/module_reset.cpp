@@ -11,6 +11,7 @@
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
+#include "plan/plan_tables.h"
 #include "plan/route_files.h"
 
 #include <cstdio>
@@ -38,5 +39,8 @@ std::string ResetModuleState() {
     g_navdb = {};
     g_stored_plans = {};
     g_flight_log = {};
+    static const PlanTables kNoPlans{};
+    g_plan = kNoPlans;
+    ClearPlans();
     return root;
 }

@@ -1,0 +1,56 @@
+// performance.cpp: the distances the tick needs now; predictions come later.
+#include "guidance/performance.h"
+
+#include "frame/engine_tick.h"
+#include "frame/sim_access.h"
+#include "guidance/geodesy.h"
+#include "guidance/lnav.h"
+#include "plan/plan_tables.h"
+
+#include <algorithm>
+
+namespace {
+struct PerformanceState {
+    double kept_direct_to_destination = 0;   // nm, refreshed from cruise on
+    double fuel_kept = -1;                    // pounds; -1 until the first sample
+};
+PerformanceState g_performance;
+}  // namespace
+
+void PlanDistances() {}
+
+double RouteDistanceToDestination() {
+    const PlanContext& pc = g_plan.context;
+    if (pc.ActiveLastRow < 0 || pc.ActiveLeg == kNoActiveLeg || pc.ActiveLeg > pc.ActiveLastRow) return -1;
+    double total = std::max(0.0, g_lnav.DistToActive);
+    // Legs behind the active one; a discontinuity adds nothing, and the leg
+    // after it is measured from the row before it.
+    int from = pc.ActiveLeg;
+    for (int row = pc.ActiveLeg + 1; row <= pc.ActiveLastRow; ++row) {
+        const PlanWaypoint& to = g_plan.ActivePlan[row];
+        if (IsDiscontinuity(to)) continue;
+        const PlanWaypoint& start = g_plan.ActivePlan[from];
+        double distance = 0, bearing = 0;
+        GreatCircle(start.Latitude, start.Longitude, to.Latitude, to.Longitude, distance, bearing);
+        total += distance;
+        from = row;
+    }
+    return total;
+}
+
+double DirectDistanceToDestination() {
+    const PlanContext& pc = g_plan.context;
+    if (pc.ActiveLastRow < 0) return -1;
+    const PlanWaypoint& last = g_plan.ActivePlan[pc.ActiveLastRow];
+    double distance = 0, bearing = 0;
+    GreatCircle(g_sim.latitude, g_sim.longitude, last.Latitude, last.Longitude, distance, bearing);
+    return distance;
+}
+
+double KeptDirectDistanceToDestination() { return g_performance.kept_direct_to_destination; }
+
+double FuelOnBoardKept() {
+    double now = FuelOnBoardPounds();
+    if (g_performance.fuel_kept < 0 || now < g_performance.fuel_kept) g_performance.fuel_kept = now;
+    return g_performance.fuel_kept;
+}
