@@ -57,6 +57,7 @@ const char kHelp[] =
     "  fsuipc on|off | runways ICAO RWY... | answer_after N | version NUMBER\n"
     "  simconnect on|off           before the first panel\n"
     "  clear tokenreads|keyevents|all\n"
+    "  fps N                       the frame rate from here on\n"
     "  echo TEXT\n"
     "\n"
     "exit: 0 done, 1 an expectation failed, 2 a bad option, script line or input file.\n"

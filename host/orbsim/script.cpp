@@ -94,6 +94,7 @@ constexpr CommandSpec kCommands[] = {
     {"simconnect", 1, 1, "simconnect on|off"},
     {"clear", 1, 1, "clear tokenreads|keyevents|all"},
     {"echo", 0, -1, "echo TEXT"},
+    {"fps", 1, 1, "fps N"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains"};
@@ -140,6 +141,10 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
     }
     if (name == "frames" && (!ParseNumber(w[1], number) || number < 0 || number > kMaxFrames || number != std::floor(number))) {
         error = "frames N needs a whole number, got '" + w[1] + "'";
+        return false;
+    }
+    if (name == "fps" && (!ParseNumber(w[1], number) || number < 1 || number > 1000 || number != std::floor(number))) {
+        error = "fps N needs a whole number from 1 to 1000, got '" + w[1] + "'";
         return false;
     }
     if (name == "click") {
@@ -790,6 +795,9 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 host.token_reads_other = 0;
             }
             if (w[1] == "keyevents" || w[1] == "all") host.key_events.clear();
+        } else if (cmd == "fps") {
+            ParseNumber(w[1], number);
+            host.fps = static_cast<int>(number);
         } else if (cmd == "echo") {
             std::fprintf(run.out, "%s\n", Join(w, 1, w.size()).c_str());
             std::fflush(run.out);
