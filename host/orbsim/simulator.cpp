@@ -18,7 +18,18 @@ bool StartModule(HostState& host, const std::string& sim_dir, std::string& error
         error = sim_dir + ": cannot enter the simulator folder";
         return false;
     }
-    // 2. The module and its two exports.
+    // 2. The module tells the generation by the simulator's own files; say so
+    // when the folder would make it take the other one than orbsim plays.
+    int signs = 0;
+    for (const char* sign : {"fsx.exe", "ace.exe", "SimObjects", "Missions"})
+        if (access((sim_dir + "/" + sign).c_str(), F_OK) == 0) ++signs;
+    if ((signs >= 3) != (host.generation == 10))
+        std::fprintf(stderr,
+                     "orbsim: warning: %s %s the FSX files (fsx.exe, SimObjects, Missions); the module will take it "
+                     "for %s while orbsim plays %s\n",
+                     sim_dir.c_str(), signs >= 3 ? "has" : "lacks", signs >= 3 ? "FSX" : "FS2004",
+                     host.generation == 10 ? "FSX" : "FS2004 (--generation 9)");
+    // 3. The module and its two exports.
     host.module_path = sim_dir + "/GAUGES/orb1.gau";
     void* module = dlopen(host.module_path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) {
@@ -41,7 +52,7 @@ bool StartModule(HostState& host, const std::string& sim_dir, std::string& error
     host.module = module;
     host.import_table = import_table;
     host.linkage = linkage;
-    // 3. The panel table, then the module's start.
+    // 4. The panel table, then the module's start.
     BuildPanelTable(host);
     host.fsuipc.simulator = host.generation == 10 ? 8 : 7;
     import_table->PANELSentry.fnptr = &host.panels;

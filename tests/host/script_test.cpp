@@ -3,9 +3,12 @@
 #include "orbsim/host_state.h"
 #include "orbsim/panel_table.h"
 #include "orbsim/script.h"
+#include "orbsim/sim_values.h"
+#include "orbsim/simulator.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -115,5 +118,39 @@ TEST(Script, RunsWithoutAPanelAndChecksValuesWithExpect) {
     EXPECT_EQ(orbsim::RunScript(orbsim::g_host, run, lines, error), orbsim::ExitCode::BadInput);
     EXPECT_EQ(error, "t.orbsim:2: click needs a panel: no panel is loaded");
     std::fclose(run.out);
+    orbsim::g_host = {};
+}
+
+TEST(Script, TickAdvancesAtEighteenHertzOfSimulatedTime) {
+    // What the engine can see: the frames in which TICK18 has changed.
+    auto frames_with_a_new_tick = [](int fps, double rate, double seconds, bool paused = false) {
+        orbsim::g_host = {};
+        orbsim::g_host.fps = fps;
+        orbsim::g_host.aircraft.rate = rate;
+        orbsim::g_host.aircraft.paused = paused;
+        double last = orbsim::Tick18(orbsim::g_host);
+        int changes = 0;
+        long frames = std::lround(seconds * fps);
+        for (long f = 0; f < frames; ++f) {
+            orbsim::RunFrame(orbsim::g_host, true);
+            double now = orbsim::Tick18(orbsim::g_host);
+            changes += now != last;
+            last = now;
+        }
+        return changes;
+    };
+    EXPECT_EQ(frames_with_a_new_tick(20, 1, 10), 180);
+    EXPECT_EQ(frames_with_a_new_tick(30, 1, 10), 180);
+    EXPECT_EQ(orbsim::Tick18(orbsim::g_host), 180);
+    EXPECT_EQ(frames_with_a_new_tick(60, 1, 10), 180);
+    EXPECT_EQ(frames_with_a_new_tick(10, 1, 10), 100);  // fewer frames than ticks: one change a frame
+    EXPECT_EQ(frames_with_a_new_tick(30, 4, 10), 300);
+    EXPECT_EQ(orbsim::Tick18(orbsim::g_host), 720);     // four times as many ticks went by
+    // Paused, the tick stands still; frames without time don't move it either.
+    EXPECT_EQ(frames_with_a_new_tick(30, 1, 5, true), 0);
+    orbsim::g_host = {};
+    for (int f = 0; f < 100; ++f) orbsim::RunFrame(orbsim::g_host, false);
+    EXPECT_EQ(orbsim::Tick18(orbsim::g_host), 0);
+    EXPECT_EQ(orbsim::g_host.aircraft.sim_time, 0);
     orbsim::g_host = {};
 }
