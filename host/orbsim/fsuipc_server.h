@@ -19,7 +19,6 @@ namespace orbsim {
 constexpr unsigned kFsuipcMessageId = 1154;
 constexpr uint32_t kFsuipcRequestLimit = 32512;     // the largest request the server takes
 constexpr uint32_t kFsuipcOffsetSpace = 0x10000;    // offsets run 0..0xFFFF
-constexpr uint32_t kFsuipcVersion = 0x19980005;     // the oldest version the clients accept
 constexpr uint32_t kFsuipcSignature = 0xFADE;
 constexpr uint32_t kFsuipcRunwayRequest = 0x4BD9;   // the request word of the active-runway query
 constexpr int kMaxRunwayAirports = 16;

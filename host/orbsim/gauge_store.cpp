@@ -271,11 +271,4 @@ GaugeInstance* InstanceOfContext(GaugeStore& store, const void* hdc) {
     return nullptr;
 }
 
-bool IsInstanceElement(const GaugeStore& store, const ELEMENT_HEADER* element) {
-    for (const auto& inst : store.instances)
-        for (const Layer& layer : inst->layers)
-            if (layer.element == element) return true;
-    return false;
-}
-
 }  // namespace orbsim

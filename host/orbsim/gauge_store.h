@@ -106,7 +106,4 @@ GaugeInstance* FindInstance(GaugeStore& store, const std::string& reference);
 // Which instance owns a drawing context the module drew on; null if none.
 GaugeInstance* InstanceOfContext(GaugeStore& store, const void* hdc);
 
-// Whether an element is part of some instance's chain.
-bool IsInstanceElement(const GaugeStore& store, const ELEMENT_HEADER* element);
-
 }  // namespace orbsim

@@ -87,30 +87,26 @@ int main(int argc, char** argv) {
     // 1. Options.
     for (int i = 1; i < argc; ++i) {
         std::string arg = argv[i];
-        auto value = [&](const char* option) -> const char* {
-            if (i + 1 >= argc) return nullptr;
-            (void)option;
-            return argv[++i];
-        };
+        auto value = [&]() -> const char* { return i + 1 < argc ? argv[++i] : nullptr; };
         if (arg == "--help" || arg == "-h") {
             std::fputs(kHelp, stdout);
             return 0;
         } else if (arg == "--sim") {
-            const char* v = value("--sim");
+            const char* v = value();
             if (v == nullptr) return Usage("--sim needs a folder");
             sim_dir = v;
         } else if (arg == "--out") {
-            const char* v = value("--out");
+            const char* v = value();
             if (v == nullptr) return Usage("--out needs a folder");
             out_dir = v;
         } else if (arg == "--fps") {
-            const char* v = value("--fps");
+            const char* v = value();
             double fps = 0;
             if (v == nullptr || !ParseNumber(v, fps) || fps < 1 || fps > 1000 || fps != static_cast<int>(fps))
                 return Usage("--fps needs a whole number from 1 to 1000");
             host.fps = static_cast<int>(fps);
         } else if (arg == "--generation") {
-            const char* v = value("--generation");
+            const char* v = value();
             if (v == nullptr || (std::strcmp(v, "9") != 0 && std::strcmp(v, "10") != 0))
                 return Usage("--generation needs 9 or 10");
             host.generation = std::atoi(v);

@@ -26,6 +26,8 @@ Bitmap ComposeInstance(const GaugeInstance& inst) {
         auto flags = static_cast<FLAGS32>(layer.element->image_flags);
         if (flags & (IMAGE_HIDDEN | IMAGE_HIDDEN_TREE)) continue;
         bool black_is_clear = flags & IMAGE_USE_TRANSPARENCY;
+        // A drawing context is a device bitmap: its alpha counts only where the layer asks for it.
+        bool opaque = layer.dc != nullptr && !(flags & IMAGE_USE_ALPHA);
         const std::vector<uint32_t>& source = layer.dc ? layer.dc_pixels : layer.bitmap.pixels;
         const PIXPOINT& at = layer.element->position;
         for (int y = 0; y < layer.bitmap.height; ++y) {
@@ -36,6 +38,7 @@ Bitmap ComposeInstance(const GaugeInstance& inst) {
                 if (cx < 0 || cx >= canvas.width) continue;
                 uint32_t s = source[static_cast<size_t>(y) * static_cast<size_t>(layer.bitmap.width) + static_cast<size_t>(x)];
                 if (black_is_clear && (s & 0x00FFFFFFu) == 0) continue;
+                if (opaque) s |= 0xFF000000u;
                 uint32_t& d = canvas.pixels[static_cast<size_t>(cy) * static_cast<size_t>(canvas.width) + static_cast<size_t>(cx)];
                 uint32_t inverse = 255 - (s >> 24);
                 uint32_t out = 0;
