@@ -656,6 +656,9 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             if (!need_panel()) return bad("click needs a panel: no panel is loaded");
             GaugeInstance* inst = FindInstance(host.gauges, w[1]);
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
+            const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst->window)];
+            if (!window.virtual_cockpit && !window.visible)
+                return bad("gauge " + w[1] + " is in [" + window.section + "], which is closed: no one can click it");
             double x = 0, y = 0;
             ParseNumber(w[2], x);
             ParseNumber(w[3], y);

@@ -95,6 +95,15 @@ TEST_F(OrbsimCli, BadLinesAndFailedExpectationsNameFileAndLine) {
     EXPECT_EQ(o.code, 2);
     EXPECT_NE(o.output.find(panel + ":4: the module has no gauge 'NOPE' (from " + script + ":1)\n"), std::string::npos)
         << o.output;
+
+    // A gauge in a closed window is out of the pilot's reach.
+    panel = Write("popup.cfg", "[Window00]\nident=0\n[Window01]\nident=4004\ngauge00=orb1!LNAV,0,0\n");
+    script = Write("closed.orbsim", "panel " + panel + "\nclick LNAV 5 5\n");
+    o = Run(script);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_NE(o.output.find(script + ":2: gauge LNAV is in [Window01], which is closed: no one can click it\n"),
+              std::string::npos)
+        << o.output;
 }
 
 TEST_F(OrbsimCli, WritesShotsAndTracksUnderTheOutputFolder) {

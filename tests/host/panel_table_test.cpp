@@ -159,11 +159,14 @@ TEST_F(PanelTableTest, NamedAndModuleVariables) {
     RegisterVarByName(&distance, TYPE_PFLOAT64, "orb_act_wpt_dist");
     MODULE_VAR var = {};
     InitializeVarByName(&var, "orb_act_wpt_dist");
-    EXPECT_EQ(var.var_ptr, &distance);
-    EXPECT_EQ(var.var_type, TYPE_PFLOAT64);
+    void* pointer = var.var_ptr;  // copied out: the packed field is no place for a reference
+    VAR_TYPE type = var.var_type;
+    EXPECT_EQ(pointer, &distance);
+    EXPECT_EQ(type, TYPE_PFLOAT64);
     UnregisterVarByName("orb_act_wpt_dist");
     InitializeVarByName(&var, "orb_act_wpt_dist");
-    EXPECT_EQ(var.var_ptr, nullptr);
+    pointer = var.var_ptr;
+    EXPECT_EQ(pointer, nullptr);
 }
 
 TEST_F(PanelTableTest, WindowsAreAskedOpenedAndToggledByIdent) {
