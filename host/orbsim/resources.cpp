@@ -9,6 +9,9 @@
 //   [SECTION] Layer bitmaps
 #include "resources.h"
 
+// The layout the module's build writes; orbsim reads the same.
+#include "../../src/resources/resource_blob.h"
+
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -140,10 +143,11 @@ bool FindElfSection(const uint8_t* file, size_t file_size, const char* name, siz
 
 // [SECTION] The resource table
 bool ParseResourceBlob(const uint8_t* data, size_t size, std::vector<ResourceEntry>& entries, std::string& error) {
-    static constexpr char kMagic[8] = {'O', 'R', 'B', 'R', 'S', 'R', 'C', '1'};
-    constexpr size_t kHead = 12, kEntry = 12;
+    constexpr size_t kHead = sizeof kResourceMagic + 4, kEntry = sizeof(ResourceBlobEntry);
+    static_assert(kEntry == 12, "entries are three little-endian words");
     entries.clear();
-    if (data == nullptr || size < kHead || std::memcmp(data, kMagic, 8) != 0) return Fail(error, "resource table magic wrong");
+    if (data == nullptr || size < kHead || std::memcmp(data, kResourceMagic, sizeof kResourceMagic) != 0)
+        return Fail(error, "resource table magic wrong");
     uint32_t count = U32(data + 8);
     if (count > (size - kHead) / kEntry) return Fail(error, "resource table truncated");
     entries.reserve(count);
@@ -169,14 +173,14 @@ void LoadResources(const std::string& module_path, ResourceSet& set) {
     std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     size_t offset = 0, size = 0;
     std::string error;
-    if (!FindElfSection(file.data(), file.size(), ".orb_rsrc", offset, size, error)) {
-        set.absent_reason = "section .orb_rsrc: " + error;
+    if (!FindElfSection(file.data(), file.size(), kResourceSectionName, offset, size, error)) {
+        set.absent_reason = std::string("section ") + kResourceSectionName + ": " + error;
         return;
     }
     set.section.assign(file.begin() + static_cast<std::ptrdiff_t>(offset),
                        file.begin() + static_cast<std::ptrdiff_t>(offset + size));
     if (!ParseResourceBlob(set.section.data(), set.section.size(), set.entries, error)) {
-        set.absent_reason = "section .orb_rsrc: " + error;
+        set.absent_reason = std::string("section ") + kResourceSectionName + ": " + error;
         set.section.clear();
         return;
     }
