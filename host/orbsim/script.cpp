@@ -8,6 +8,8 @@
 //   [SECTION] Running
 #include "script.h"
 
+#include "route_plot.h"
+
 #include "aircraft_fields.h"
 #include "mouse.h"
 #include "panel_table.h"
@@ -95,6 +97,7 @@ constexpr CommandSpec kCommands[] = {
     {"clear", 1, 1, "clear tokenreads|keyevents|all"},
     {"echo", 0, -1, "echo TEXT"},
     {"fps", 1, 1, "fps N"},
+    {"plot", 2, 2, "plot FILE ROUTE"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains"};
@@ -596,7 +599,14 @@ void TrackRow(HostState& host, ScriptRun& run) {
                  a.vs);
 }
 
+// The flown path for `plot`: once a simulated second, at most a day of it.
+constexpr size_t kFlownLimit = 86400;
+
 void AfterFrame(HostState& host, ScriptRun& run) {
+    if (host.aircraft.sim_time + 1e-9 >= run.flown_next && run.flown.size() < kFlownLimit) {
+        run.flown.emplace_back(host.aircraft.lat, host.aircraft.lon);
+        run.flown_next = std::floor(host.aircraft.sim_time + 1e-9) + 1;
+    }
     if (run.track == nullptr || host.aircraft.sim_time + 1e-9 < run.track_next) return;
     TrackRow(host, run);
     run.track_next = std::floor(host.aircraft.sim_time + 1e-9) + 1;
@@ -718,6 +728,20 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             GaugeInstance* inst = FindInstance(host.gauges, w[1]);
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
             if (!WritePng(Resolve(run.out_dir, w[2]), ComposeInstance(*inst), why)) return bad(why);
+        } else if (cmd == "plot") {
+            // The route comes from its file: orbsim sees the module's plan only as the simulator would.
+            std::string route_path = Resolve(run.sim_dir, w[2]);
+            struct stat route_stat{};
+            if (stat(route_path.c_str(), &route_stat) != 0) route_path = Resolve(run.sim_dir, "orb/flightplans/" + w[2]);
+            std::vector<RouteFix> route;
+            if (!ReadRouteFile(route_path, route, why)) return bad(why);
+            std::vector<TrackPoint> flown;
+            for (const auto& p : run.flown) flown.push_back({p.first, p.second});
+            std::string out_path = Resolve(run.out_dir, w[1]);
+            size_t slash = out_path.rfind('/');
+            if (!MakeFolders(out_path.substr(0, slash), why)) return bad(why);
+            std::string title = w[2] + "  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
+            if (!WriteRoutePlot(out_path, route, flown, title, why)) return bad(why);
         } else if (cmd == "reload") {
             if (!ReloadPanel(host, why)) return bad(why);
         } else if (cmd == "track") {

@@ -43,6 +43,8 @@ struct ScriptRun {
     std::string track_path;
     double track_next = 0;                     // simulated time of the next row
     std::FILE* out = stdout;                   // where `print` writes
+    std::vector<std::pair<double, double>> flown;  // lat, lon once a simulated second, for `plot`
+    double flown_next = 0;
 };
 
 // Runs checked lines. Returns the exit code; a message for codes other than

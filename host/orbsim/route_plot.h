@@ -1,0 +1,29 @@
+// route_plot.h: a picture of a flight: the flown track over a route's legs,
+// north up, with waypoint names and a scale bar.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace orbsim {
+
+struct TrackPoint {
+    double lat = 0;                     // degrees
+    double lon = 0;
+};
+
+struct RouteFix {
+    std::string ident;
+    double lat = 0;
+    double lon = 0;
+};
+
+// Reads the waypoint rows of a route file (the module's .RTE text format).
+// False with "FILE:LINE: reason" for a file that can't be read or has no rows.
+bool ReadRouteFile(const std::string& path, std::vector<RouteFix>& fixes, std::string& error);
+
+// Draws and writes the PNG. False with a reason.
+bool WriteRoutePlot(const std::string& path, const std::vector<RouteFix>& route,
+                    const std::vector<TrackPoint>& track, const std::string& title, std::string& error);
+
+}  // namespace orbsim

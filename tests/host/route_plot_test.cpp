@@ -1,0 +1,50 @@
+// The plot's route reader: the module's route file rows, and clear errors.
+#include "orbsim/route_plot.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace {
+std::string WriteTemp(const std::string& text) {
+    char name[] = "/tmp/orb-route-XXXXXX";
+    int fd = mkstemp(name);
+    close(fd);
+    std::ofstream(name) << text;
+    return name;
+}
+}  // namespace
+
+TEST(RoutePlot, ReadsTheRowsOfARouteFileAndNamesBadLines) {
+    std::vector<orbsim::RouteFix> fixes;
+    std::string error;
+    std::string good = WriteTemp("CruiseAlt=33000\r\n[FlightPlan]\r\nKSEA 47.45 -122.31 APT ---\r\n; a note\r\n"
+                                 "SEA 47.43 -122.30 VOR 116.80\r\n\r\nKGEG 47.61 -117.53 APT ---\r\n");
+    ASSERT_TRUE(orbsim::ReadRouteFile(good, fixes, error)) << error;
+    ASSERT_EQ(fixes.size(), 3u);
+    EXPECT_EQ(fixes[1].ident, "SEA");
+    EXPECT_DOUBLE_EQ(fixes[2].lon, -117.53);
+
+    std::string bad = WriteTemp("[FlightPlan]\nKSEA 47.45 -122.31\nXX 95.0 10\n");
+    EXPECT_FALSE(orbsim::ReadRouteFile(bad, fixes, error));
+    EXPECT_NE(error.find(bad + ":3: bad latitude"), std::string::npos) << error;
+
+    std::string empty = WriteTemp("CruiseAlt=1000\n");
+    EXPECT_FALSE(orbsim::ReadRouteFile(empty, fixes, error));
+    EXPECT_NE(error.find("no waypoint rows"), std::string::npos);
+    EXPECT_FALSE(orbsim::ReadRouteFile("/nonexistent/route.rte", fixes, error));
+
+    // A plot is written and is a PNG.
+    std::string png = good + ".png";
+    ASSERT_TRUE(orbsim::WriteRoutePlot(png, fixes, {{47.45, -122.3}, {47.5, -121.0}}, "t", error)) << error;
+    std::ifstream in(png, std::ios::binary);
+    char magic[4] = {};
+    in.read(magic, 4);
+    EXPECT_EQ(std::string(magic + 1, 3), "PNG");
+    for (const std::string& f : {good, bad, empty, png}) std::remove(f.c_str());
+}
