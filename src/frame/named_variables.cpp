@@ -4,3 +4,4 @@
 void RegisterAllVariables() {}
 void UnregisterAllVariables() {}
 void NamedVariablePump() {}
+void SetNdVariable(const char*, double) {}

@@ -5,6 +5,18 @@ struct VnavState {
     int on = 0;                         // 1: VNAV engaged
     int descent_active = 0;             // descent phase on
     int tod_passed = 0;                 // top of descent passed
+    // What the maps read (written by VNAV and the predictions)
+    int CruiseReached = 0;              // 1: at cruise or beyond
+    int DescentSpeedPhase = 0;          // 1: the speed logic works with descent speeds
+    int PathDeviationValid = 0;         // 1: the vertical deviation test is in force
+    double TargetAltitude = 0;          // feet, where VNAV is going
+    double TargetLatitude = 0;          // degrees: where TargetAltitude is reached
+    double TargetLongitude = 0;
+    double TopOfClimbLatitude = 0;      // degrees: T/C; both 0 = none
+    double TopOfClimbLongitude = 0;
+    double TopOfDescentLatitude = 0;    // degrees: T/D; both 0 = none
+    double TopOfDescentLongitude = 0;
+    double PathAltitude = 0;            // feet, on the path abeam the aircraft
 };
 
 extern VnavState g_vnav;

@@ -2,6 +2,7 @@
 #include "support/module_reset.h"
 
 #include "cdu/keypad.h"
+#include "display/display_state.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
@@ -38,5 +39,6 @@ std::string ResetModuleState() {
     g_navdb = {};
     g_stored_plans = {};
     g_flight_log = {};
+    g_display = {};
     return root;
 }
