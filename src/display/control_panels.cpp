@@ -1,14 +1,122 @@
-// control_panels.cpp: the control gauges' switches come with their displays;
-// until then their areas are inert and their lamps dark.
+// control_panels.cpp: what a click does on each control gauge, in the order
+// of its mouse table, and which of its icon layers (knob positions, lit
+// buttons) show.
+//
+// The areas of a panel whose display family is still to come are inert
+// padding, so that every table keeps its row count.
+//
+// Index:
+//   [SECTION] Handlers
+//   [SECTION] Mouse areas
+//   [SECTION] Icon layers and lamps
 #include "display/control_panels.h"
 
 #include "cdu/cdu_mouse.h"
+#include "display/display_state.h"
+#include "frame/sim_access.h"
 #include "resources/panel_layouts.h"
 
 #include <array>
+#include <cmath>
 #include <iterator>
 
-void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) { PadMouseAreas(areas, SpecOf(id).mouse_rows); }
+// [SECTION] Handlers
+namespace {
+constexpr UINT32 kHeadingBugLeft = 0x1007E;   // the A300 heading knob's key events
+constexpr UINT32 kHeadingBugRight = 0x1007F;
+
+int Flip(int value) { return value != 0 ? 0 : 1; }
+
+BOOL_SDK FSAPI B737ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepB737); return 0; }
+BOOL_SDK FSAPI B737ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepB737); return 0; }
+BOOL_SDK FSAPI RangeDownClick(PIXPOINT*, FLAGS32) { RangeDown(); return 0; }
+BOOL_SDK FSAPI RangeUpClick(PIXPOINT*, FLAGS32) { RangeUp(); return 0; }
+BOOL_SDK FSAPI IntersectionsClick(PIXPOINT*, FLAGS32) { ToggleMapIntersections(); return 0; }
+BOOL_SDK FSAPI AirportsClick(PIXPOINT*, FLAGS32) { ToggleMapAirports(); return 0; }
+BOOL_SDK FSAPI NavaidsClick(PIXPOINT*, FLAGS32) { ToggleMapNavaids(); return 0; }
+BOOL_SDK FSAPI TrafficClick(PIXPOINT*, FLAGS32) { ToggleTraffic(); return 0; }
+BOOL_SDK FSAPI BoundariesClick(PIXPOINT*, FLAGS32) { ToggleAtcBoundaries(); return 0; }
+BOOL_SDK FSAPI B737AdfClick(PIXPOINT*, FLAGS32) {
+    g_display.b737_adf_pointer = Flip(g_display.b737_adf_pointer);
+    return 0;
+}
+BOOL_SDK FSAPI B737DataClick(PIXPOINT*, FLAGS32) {
+    g_display.b737_data = Flip(g_display.b737_data);
+    return 0;
+}
+BOOL_SDK FSAPI Du1000ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepDu1000); return 0; }
+BOOL_SDK FSAPI Du1000ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepDu1000); return 0; }
+BOOL_SDK FSAPI Du1000NdbClick(PIXPOINT*, FLAGS32) {
+    g_display.du1000_ndb = Flip(g_display.du1000_ndb);
+    return 0;
+}
+BOOL_SDK FSAPI HeadingLeft(PIXPOINT*, FLAGS32) { TriggerKeyEvent(kHeadingBugLeft, 0); return 0; }
+BOOL_SDK FSAPI HeadingRight(PIXPOINT*, FLAGS32) { TriggerKeyEvent(kHeadingBugRight, 0); return 0; }
+BOOL_SDK FSAPI Proline4NdbClick(PIXPOINT*, FLAGS32) {
+    g_display.proline4_ndb = Flip(g_display.proline4_ndb);
+    return 0;
+}
+BOOL_SDK FSAPI Md80ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepMd80); return 0; }
+BOOL_SDK FSAPI Md80ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepMd80); return 0; }
+BOOL_SDK FSAPI Md80AdfClick(PIXPOINT*, FLAGS32) {
+    g_display.md80_adf_pointer = Flip(g_display.md80_adf_pointer);
+    return 0;
+}
+
+constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;
+}  // namespace
+
+// [SECTION] Mouse areas
+void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) {
+    using G = GaugeId;
+    switch (id) {
+    case G::HW_B737_EFIS_CNTR:
+    case G::HW_B737_EFIS_CNTR_BR:
+        areas.Knob(145, 35, 52, 44, B737ModeDown, B737ModeUp);
+        areas.Knob(238, 35, 52, 44, RangeDownClick, RangeUpClick);
+        areas.Button(256, 174, 34, 36, IntersectionsClick);
+        areas.Button(190, 174, 34, 36, AirportsClick);
+        areas.Button(157, 174, 34, 36, NavaidsClick);
+        areas.Button(122, 174, 34, 36, B737AdfClick);
+        areas.Button(223, 174, 34, 36, BoundariesClick);
+        areas.Button(256, 48, 14, 14, TrafficClick);
+        areas.Button(245, 109, 38, 38, B737DataClick);
+        break;
+    case G::A300_EFIS_CTRL:
+        areas.Knob(53, 145, 76, 76, Du1000ModeDown, Du1000ModeUp);
+        areas.Knob(240, 145, 76, 76, RangeDownClick, RangeUpClick);
+        areas.Button(94, 232, 55, 37, IntersectionsClick);
+        areas.Button(158, 232, 55, 37, NavaidsClick);
+        areas.Button(221, 232, 55, 37, Du1000NdbClick);
+        areas.Button(284, 232, 55, 37, AirportsClick);
+        areas.Button(21, 92, 55, 37, TrafficClick);
+        areas.Knob(285, 48, 54, 54, HeadingLeft, HeadingRight, kRepeat);
+        break;
+    case G::PROLINE4_AUX_CTRL:
+        areas.Button(28, 28, 36, 36, TrafficClick);
+        areas.Button(73, 28, 36, 36, IntersectionsClick);
+        areas.Button(116, 28, 36, 36, NavaidsClick);
+        areas.Button(161, 28, 36, 36, Proline4NdbClick);
+        areas.Button(205, 28, 36, 36, AirportsClick);
+        areas.Button(250, 28, 36, 36, BoundariesClick);
+        break;
+    case G::MD80_EHSI_CTRL:
+        areas.Knob(43, 48, 56, 56, Md80ModeDown, Md80ModeUp);
+        areas.Button(166, 48, 44, 54, Md80AdfClick);
+        areas.Knob(291, 48, 56, 56, RangeDownClick, RangeUpClick);
+        areas.Button(40, 150, 52, 34, NavaidsClick);
+        areas.Button(97, 150, 52, 34, AirportsClick);
+        areas.Button(155, 150, 52, 34, BoundariesClick);
+        areas.Button(215, 150, 52, 34, IntersectionsClick);
+        areas.Button(264, 150, 52, 34, TrafficClick);
+        break;
+    default:
+        break;  // the panels of the families still to come: padding only
+    }
+    PadMouseAreas(areas, SpecOf(id).mouse_rows);
+}
+
+// [SECTION] Icon layers and lamps
 // The icon layers lie over the knob or button they show turned or lit; the
 // boxes and the meaning of each layer are those of resources/panel_layouts.h,
 // from which the bitmaps are drawn. Control panels have no surface, so icon
@@ -27,5 +135,66 @@ const LayerSpec* ControlPanelIconLayer(GaugeId id, int icon_index) {
     if (icon == nullptr || icon->w <= 0) return nullptr;
     return &kLayers[static_cast<size_t>(icon - kIconSpecs)];
 }
-bool ControlPanelLayerShown(GaugeId, int) { return false; }
-void ToggleAtcBoundaries() {}
+
+namespace {
+bool RangeIs(double range, double value) { return std::fabs(range - value) < 1e-6; }
+}  // namespace
+
+bool ControlPanelLayerShown(GaugeId id, int layer) {
+    using G = GaugeId;
+    const DisplayState& d = g_display;
+    switch (id) {
+    case G::HW_B737_EFIS_CNTR:
+    case G::HW_B737_EFIS_CNTR_BR: {
+        // 1 to 6: the mode knob; 7 to 11: the range knob at 10 .. 320.
+        static constexpr double kRangeLayers[] = {10, 40, 80, 160, 320};
+        if (layer >= 1 && layer <= 6) return d.b737_mode == layer;
+        if (layer >= 7 && layer <= 11) return RangeIs(d.b737_range, kRangeLayers[layer - 7]);
+        return false;
+    }
+    case G::A300_EFIS_CTRL: {
+        const MapSwitches& s = d.switches[static_cast<size_t>(MapFamily::DU1000)];
+        switch (layer) {
+        case 1: return d.du1000_range <= 15 + 1e-9;
+        case 2: return RangeIs(d.du1000_range, 30);
+        case 3: return RangeIs(d.du1000_range, 120);
+        case 4: return RangeIs(d.du1000_range, 240);
+        case 5: case 6: case 7: return d.du1000_mode == layer - 5;
+        case 8: return s.intersections == 1;
+        case 9: return s.navaids == 1;
+        case 10: return d.du1000_ndb == 1;
+        case 11: return s.airports == 1;
+        case 12: return s.traffic == 1;
+        default: return false;
+        }
+    }
+    case G::PROLINE4_AUX_CTRL: {
+        const MapSwitches& s = d.switches[static_cast<size_t>(MapFamily::PROLINE4)];
+        switch (layer) {
+        case 1: return s.traffic == 1;
+        case 2: return s.intersections == 1;
+        case 3: return s.navaids == 1;
+        case 4: return d.proline4_ndb == 1;
+        case 5: return s.airports == 1;
+        case 6: return d.AtcBoundariesShown == 1;
+        default: return false;
+        }
+    }
+    case G::MD80_EHSI_CTRL: {
+        const MapSwitches& s = d.switches[static_cast<size_t>(MapFamily::MD80)];
+        switch (layer) {
+        case 1: return s.navaids == 1;
+        case 2: return s.airports == 1;
+        case 3: return d.md80_boundaries_lamp == 1;
+        case 4: return s.intersections == 1;
+        case 5: return s.traffic == 1;
+        case 6: return d.md80_adf_pointer == 1;
+        case 7: return d.md80_adf_pointer == 0;
+        case 8: return d.md80_mode != 2;   // the map-less mode darkens it
+        default: return false;
+        }
+    }
+    default:
+        return false;
+    }
+}

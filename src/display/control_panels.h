@@ -8,5 +8,5 @@ void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas);
 const LayerSpec* ControlPanelIconLayer(GaugeId id, int icon_index);
 // Whether layer k of a control panel is shown now; false when it has no rule.
 bool ControlPanelLayerShown(GaugeId id, int layer);
-// BDRY's click and the common ATC boundaries switch.
+// BDRY's click and the common ATC boundaries switch (display_state.h).
 void ToggleAtcBoundaries();

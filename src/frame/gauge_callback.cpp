@@ -12,6 +12,7 @@
 #include "cdu/keypad.h"
 #include "display/control_panels.h"
 #include "display/display_frame.h"
+#include "display/display_state.h"
 #include "display/traffic.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
@@ -117,7 +118,10 @@ void StartupOnce(GaugeId id, const char* parameters) {
         if (ParamIs(name.data(), "VC") || ParamIs(name.data(), "WN") ||
             (!tests_only_vc_wn && ParamIs(name.data(), "VC2")))
             name[0] = 0;
-        if (name[0] != 0) LoadAircraftProfile(name.data());
+        if (name[0] != 0) {
+            LoadAircraftProfile(name.data());
+            ApplyDisplayStartModes();
+        }
     }
     // 5. The list of stored plans.
     if (!skip_plan_list && g_stored_plans.count == 0) BuildStoredPlanTable();

@@ -6,3 +6,4 @@ void UnregisterAllVariables() {}
 void NamedVariablePump() {}
 void PublishGuidance() {}
 void SetLnavVariable(int) {}
+void SetNdVariable(const char*, double) {}

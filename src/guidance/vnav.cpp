@@ -11,7 +11,7 @@ void VnavToggle() { g_vnav.VnavOn = g_vnav.VnavOn ? 0 : 1; }
 void VnavWaypointPassedAbeam() {
     g_vnav.AltSetDone = 0;
     g_vnav.SpdSetDone = 0;
-    if (g_vnav.cruise_reached && !g_vnav.descent_active) g_vnav.TdCheck = 1;
+    if (g_vnav.CruiseReached && !g_vnav.descent_active) g_vnav.TdCheck = 1;
 }
 
 void VnavChooseNextTarget() {}
@@ -19,7 +19,7 @@ void VnavRestrictionPassed() { g_vnav.RestrictionSeen = 0; }
 void VnavSpeedAfterSequencing() { g_vnav.SpdSetDone = 0; }
 
 void VnavAtLastWaypoint() {
-    if (g_config.VnavOffAtLastWpt == 1 && g_vnav.cruise_reached) g_vnav.VnavOn = 0;
+    if (g_config.VnavOffAtLastWpt == 1 && g_vnav.CruiseReached) g_vnav.VnavOn = 0;
 }
 
 void VnavVerticalSteps() {}

@@ -5,11 +5,22 @@ struct VnavState {
     int VnavOn = 0;                     // 1: VNAV engaged
     int descent_active = 0;             // descent phase on
     int tod_passed = 0;                 // top of descent passed
-    int cruise_reached = 0;             // 1: in cruise or later
     int AltSetDone = 0;                 // the altitude for this segment has been written
     int SpdSetDone = 0;                 // the speed for this segment has been written
     int RestrictionSeen = 0;            // the restricted waypoint's speed was asked for on this leg
     int TdCheck = 0;                    // a waypoint passed abeam in cruise: look closer for T/D
+    // What the maps read (written by VNAV and the predictions)
+    int CruiseReached = 0;              // 1: at cruise or beyond
+    int DescentSpeedPhase = 0;          // 1: the speed logic works with descent speeds
+    int PathDeviationValid = 0;         // 1: the vertical deviation test is in force
+    double TargetAltitude = 0;          // feet, where VNAV is going
+    double TargetLatitude = 0;          // degrees: where TargetAltitude is reached
+    double TargetLongitude = 0;
+    double TopOfClimbLatitude = 0;      // degrees: T/C; both 0 = none
+    double TopOfClimbLongitude = 0;
+    double TopOfDescentLatitude = 0;    // degrees: T/D; both 0 = none
+    double TopOfDescentLongitude = 0;
+    double PathAltitude = 0;            // feet, on the path abeam the aircraft
 };
 
 extern VnavState g_vnav;

@@ -2,6 +2,7 @@
 #include "support/module_reset.h"
 
 #include "cdu/keypad.h"
+#include "display/display_state.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
@@ -42,5 +43,6 @@ std::string ResetModuleState() {
     static const PlanTables kNoPlans{};
     g_plan = kNoPlans;
     ClearPlans();
+    g_display = {};
     return root;
 }

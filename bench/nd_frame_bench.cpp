@@ -1,0 +1,149 @@
+// nd_frame_bench.cpp: the HW_B737_ND's frame over a long flight across the
+// densest part of a full-size database, at each range of the ladder, with
+// every map switch on and the proximity subsets rebuilt as the aircraft
+// moves. Reports the median and the worst frame of each flight: the map
+// must not stutter when a subset is rebuilt.
+//
+// The database is the one gen_fullsize_db writes into the build folder, or
+// the folder named by ORB_ND_BENCH_ROOT (for instance real data imported with
+// `orbnav import-xplane`); without one the benchmark skips with a message.
+#include "display/display_frame.h"
+#include "display/display_state.h"
+#include "frame/engine_tick.h"
+#include "frame/module_state.h"
+#include "guidance/geodesy.h"
+#include "navdata/nav_database.h"
+#include "plan/plan_tables.h"
+
+#include <benchmark/benchmark.h>
+#include <orbhost.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace {
+constexpr double kFlightNm = 600;        // the flight's length
+constexpr double kStepNm = 0.25;         // between frames: 450 kt at a frame every two seconds
+constexpr int kCellDegrees = 2;          // grid of the density search
+
+std::string DatabaseRoot() {
+    if (const char* root = std::getenv("ORB_ND_BENCH_ROOT")) return root;
+    std::string dir = std::string(ORB_BINARY_DIR) + "/fullsize-db";
+    if (!std::filesystem::exists(dir + "/orb/navdata/ints.txt")) {
+        std::string command = std::string(ORB_BINARY_DIR) + "/gen_fullsize_db " + dir;
+        if (std::system(command.c_str()) != 0) return {};
+    }
+    return dir;
+}
+
+bool LoadOnce() {
+    static int loaded = -1;
+    if (loaded >= 0) return loaded == 1;
+    std::string root = DatabaseRoot();
+    loaded = 0;
+    if (root.empty() || !std::filesystem::exists(root + "/orb/navdata/navs.txt")) return false;
+    std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s", root.c_str());
+    LoadNavDatabase();
+    loaded = g_navdb.NavaidTable.count > 0 ? 1 : 0;
+    return loaded == 1;
+}
+
+// The centre of the 2-degree cell with the most navaids and intersections.
+void DensestCell(double& latitude, double& longitude) {
+    constexpr int kRows = 180 / kCellDegrees, kColumns = 360 / kCellDegrees;
+    static std::vector<int> counts(static_cast<size_t>(kRows * kColumns));
+    std::fill(counts.begin(), counts.end(), 0);
+    for (const BulkTable* table : {&g_navdb.NavaidTable, &g_navdb.IntersectionTable})
+        for (int i = 1; i <= table->count; ++i) {
+            const BulkRow& r = table->rows[static_cast<size_t>(i)];
+            int row = std::clamp(static_cast<int>((r.Latitude + 90) / kCellDegrees), 0, kRows - 1);
+            int column = std::clamp(static_cast<int>((r.Longitude + 180) / kCellDegrees), 0, kColumns - 1);
+            ++counts[static_cast<size_t>(row * kColumns + column)];
+        }
+    size_t best = static_cast<size_t>(std::max_element(counts.begin(), counts.end()) - counts.begin());
+    latitude = static_cast<double>(best / kColumns) * kCellDegrees - 90 + kCellDegrees / 2.0;
+    longitude = static_cast<double>(best % kColumns) * kCellDegrees - 180 + kCellDegrees / 2.0;
+}
+
+struct FlightFigures {
+    double median_us = 0;
+    double worst_us = 0;
+    int frames = 0;
+};
+
+// Flies west to east through the densest cell and draws the ND each step.
+FlightFigures FlyAcross(double range) {
+    double centre_lat = 0, centre_lon = 0;
+    DensestCell(centre_lat, centre_lon);
+    double start_lat = 0, start_lon = 0;
+    ProjectPoint(centre_lat, centre_lon, 270, kFlightNm / 2, start_lat, start_lon);
+
+    g_nearby = ProximitySubsets{};
+    g_display = DisplayState{};
+    g_display.b737_mode = kB737ModeMap;
+    g_display.b737_range = range;
+    for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
+    g_sim.avionics_power = 1;
+    g_sim.heading_true = 90;
+    g_sim.heading_magnetic.now = 90;
+    g_sim.ground_speed = 450;
+    g_sim.true_airspeed.now = 470;
+    // A route along the flight: a waypoint every 50 nm.
+    g_plan = PlanTables{};
+    int rows = 0;
+    for (double d = 0; d <= kFlightNm && rows < kPlanLastRowLimit; d += 50, ++rows) {
+        PlanWaypoint& w = g_plan.ActivePlan[static_cast<size_t>(rows)];
+        NewPlanRow(w);
+        std::snprintf(w.Ident.data(), w.Ident.size(), "WP%03d", rows);
+        ProjectPoint(start_lat, start_lon, 90, d, w.Latitude, w.Longitude);
+    }
+    g_plan.context.ActiveLastRow = rows - 1;
+
+    std::vector<uint32_t> pixels(247 * 294);
+    OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), 247, 294, 247 * 4};
+    std::vector<double> times;
+    times.reserve(static_cast<size_t>(kFlightNm / kStepNm) + 1);
+    for (double flown = 0; flown <= kFlightNm; flown += kStepNm) {
+        ProjectPoint(start_lat, start_lon, 90, flown, g_sim.latitude, g_sim.longitude);
+        g_plan.context.ActiveLeg = std::min(rows - 1, static_cast<int>(flown / 50) + 1);
+        auto start = std::chrono::steady_clock::now();
+        DrawDisplay(GaugeId::HW_B737_ND, &dc, 247, 294, 1);
+        times.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
+    }
+    FlightFigures figures;
+    figures.frames = static_cast<int>(times.size());
+    figures.worst_us = *std::max_element(times.begin(), times.end());
+    std::nth_element(times.begin(), times.begin() + static_cast<long>(times.size() / 2), times.end());
+    figures.median_us = times[times.size() / 2];
+    return figures;
+}
+}  // namespace
+
+static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) {
+    if (!LoadOnce()) {
+        state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
+        return;
+    }
+    double range = static_cast<double>(state.range(0)) / 10.0;
+    FlightFigures figures;
+    for (auto _ : state) {
+        figures = FlyAcross(range);
+        benchmark::DoNotOptimize(figures);
+    }
+    state.counters["range_nm"] = range;
+    state.counters["frames"] = figures.frames;
+    state.counters["median_us"] = figures.median_us;
+    state.counters["worst_us"] = figures.worst_us;
+    state.counters["worst_over_median"] = figures.median_us > 0 ? figures.worst_us / figures.median_us : 0;
+}
+BENCHMARK(BM_NdFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);

@@ -1,0 +1,95 @@
+// display_state.h: the process-wide state of the moving-map displays: each
+// family's mode and range, the map switches of each family, the ATC
+// boundaries switch, and the operations every control (knobs, buttons, named
+// variables, key events) uses to change them.
+//
+// Modes and ranges are process-wide so that two gauges of one family show
+// the same page; every family steps its range together with the others.
+#pragma once
+
+#include <array>
+
+// The display families that carry a mode, a range or map switches.
+enum class MapFamily : int { B737, MD11, DU1000, EFS50, P1000, MD80, PROLINE4, C17, Count };
+constexpr int kMapFamilyCount = static_cast<int>(MapFamily::Count);
+
+// StepMode's display numbers.
+constexpr int kStepAllDisplays = 0;
+constexpr int kStepEfs50 = 5;
+constexpr int kStepB737 = 8;
+constexpr int kStepDu1000 = 10;
+constexpr int kStepProline4 = 11;
+constexpr int kStepMd80 = 12;
+
+// B737 ND modes.
+constexpr int kB737ModeNav = 1;         // full rose, FMS source
+constexpr int kB737ModeVor = 2;         // full rose, radio source
+constexpr int kB737ModeExpNav = 3;      // arc, FMS source, no map
+constexpr int kB737ModeExpVor = 4;      // arc, radio source, no map
+constexpr int kB737ModeMap = 5;         // arc with the map
+constexpr int kB737ModeCtrMap = 6;      // centred map
+constexpr int kB737ModePlan = 7;        // north-up plan
+
+struct MapSwitches {
+    int airports = 0;                   // 1: airports on the map
+    int navaids = 0;                    // 1: navaids on the map
+    int intersections = 0;              // 1: intersections on the map
+    int traffic = 0;                    // 1: traffic shown
+};
+
+struct DisplayState {
+    // HW_B737_ND
+    int b737_mode = 1;                  // 1 to 7
+    double b737_range = 10;             // nm, on the 0.5 .. 320 ladder
+    double b737_radius = 215;           // pixels of the last frame's map radius
+    int b737_adf_pointer = 0;           // 1: ADF pointer shown in mode 2
+    int b737_data = 0;                  // 1: the panel's DATA flag, read in mode 5
+    int du1000_ndb = 0;                 // 1: NDBs on the DU 1000 map (its own switch)
+    int proline4_ndb = 0;               // 1: NDBs on the PROLINE 4 map (its own switch)
+    int md80_adf_pointer = 0;           // 1: the MD-80 bearing pointer shows the ADF
+    // The other families' modes and ranges
+    int md11_mode = 3;                  // 2 PLAN, 3 MAP, 4 VOR, 5 APPR
+    double md11_range = 80;
+    int du1000_mode = 0;                // 0 to 3
+    double du1000_range = 60;
+    int efs50_hsi_mode = 1;             // 1 to 7, 8 traffic
+    int efs50_nav_mode = 1;             // 1 or 2
+    int efs50_stored_hsi_mode = 1;      // the mode the traffic key returns to
+    double efs50_range = 12.5;
+    double efs50_traffic_range = 10;    // nm, in HSI mode 8
+    double p1000_range = 12.5;
+    double md80_range = 20;
+    int md80_mode = 3;                  // 0 to 3, 2 the map-less mode
+    double proline4_range = 40;
+    int proline4_mode = 3;              // 0 to 3
+    int proline4_radius = 140;          // 70 in mode 2, 140 in mode 3; kept in modes 0, 1
+    double c17_range = 80;
+    int c17_first_screen_request = 10;  // "MFDX1 mode" as last read; 10 no request
+    // Map switches, one set per family; the common switches flip them all.
+    std::array<MapSwitches, kMapFamilyCount> switches{};
+    int AtcBoundariesShown = 0;         // 1: ATC boundaries on the maps
+    int md80_boundaries_lamp = 0;       // the MD-80 panel's lamp, flipped with it
+    // LEGS page's PLAN-mode centre: a row of ActivePlan; 0 = the active waypoint.
+    int PlanCentreRow = 0;
+};
+
+extern DisplayState g_display;
+
+// [SECTION] Operations of the controls
+// direction +1 next mode, -1 previous; display as the constants above.
+void StepMode(int direction, int display);
+void RangeUp();
+void RangeDown();
+// The common switches: each flips its flag in every family at once.
+void ToggleMapAirports();
+void ToggleMapNavaids();
+void ToggleMapIntersections();
+void ToggleTraffic();
+void ToggleAtcBoundaries();
+// The profile's starting modes, after it has been read.
+void ApplyDisplayStartModes();
+// Whether a navigation display shows PLAN now (the LEGS page's CTR and STEP).
+bool AnyNdInPlanMode();
+// The HW_B737_ND range for a range of the ladder; the nearest rung is kept
+// for a value off the ladder (orb_nd_range and the [Lvars] bridge set it).
+void SetB737Range(double range);

@@ -1,0 +1,90 @@
+// nd_map.h: the map core every moving-map display shares: the view a map is
+// drawn in, the flat polar projection around its centre, the culling rule,
+// and the layers (route, modification route, airports, navaids,
+// intersections, trend vector, altitude range arc, vertical marks).
+//
+// Each layer resets the world transform, scales it to the surface and moves
+// it to the map centre, so its arithmetic works around (0, 0); it leaves the
+// transform at the design scale when it is done.
+#pragma once
+
+#include "display/display_frame.h"
+
+#include "plan/plan_tables.h"
+
+#include <array>
+
+struct MapView {
+    double CentreX = 0;                 // design pixels of the map centre
+    double CentreY = 0;
+    double PixelsPerNm = 1;             // MapRadiusPx / range
+    double MapRadiusPx = 1;             // pixels from the centre to the top of the compass arc
+    double ScaleX = 1;                  // surface size / design size
+    double ScaleY = 1;
+    double MapHeading = 0;              // true degrees up the screen; 0 on north-up maps
+    double MapCentreLatitude = 0;       // degrees: the aircraft, or the PLAN centre row
+    double MapCentreLongitude = 0;
+    double range = 10;                  // nm
+    bool plan_mode = false;             // north-up PLAN: whole plan, no trend vector
+    int instance = 1;                   // DrawInstance
+};
+
+// Culling: what lies farther from the map centre is skipped before projection.
+constexpr double kNavaidCullMarginNm = 50;   // navaids and intersections: 2 x range + 50
+constexpr double kAirportCullMarginNm = 10;  // airports: 2 x range + 10
+constexpr double kInboundCourseLineNm = 200; // length of an inbound-course line
+constexpr double kPrevWaypointMinRange = 5;  // nm: the passed waypoint shows from this range up
+
+// A true bearing and a distance in pixels to a pixel around (cx, cy).
+void PolarToScreen(double map_heading, double bearing, int cx, int cy, int radius_px, int& x, int& y);
+void PolarToScreen(double map_heading, double bearing, double cx, double cy, double radius_px, double& x, double& y);
+// A position to the layer's frame (around the centre). Returns the distance in nm.
+double ProjectToMap(const MapView& view, double latitude, double longitude, double& x, double& y);
+// Resets the transform, scales to the surface and moves to the map centre.
+void BeginMapLayer(gdi::Graphics& g, const MapView& view);
+void EndMapLayer(gdi::Graphics& g, const MapView& view);
+
+// [SECTION] Guidance as the map reads it
+struct MapGuidance {
+    bool has_active = false;            // an active waypoint exists
+    int active_row = 0;                 // row of ActivePlan
+    double distance_to_active = 0;      // nm
+    bool intercept_active = false;      // the leg starts at the intercept point
+    double intercept_latitude = 0;
+    double intercept_longitude = 0;
+};
+MapGuidance ReadMapGuidance();
+
+// [SECTION] Layers
+struct ObjectLayerStyle {
+    int navaid_colour = 3;              // MapColour of navaids
+    int fix_kind = 3;                   // symbol of intersections
+    int fix_colour = 1;
+    ARGB airport_colour = 0xFF00E6E9;   // the airport circles and idents
+};
+// Rebuilds the proximity subsets around the aircraft when it has moved far
+// enough; the object layers read them.
+void RefreshProximitySubsets();
+void DrawAirportsLayer(gdi::Graphics& g, const MapView& view, const ObjectLayerStyle& style);
+void DrawNavaidsLayer(gdi::Graphics& g, const MapView& view, const ObjectLayerStyle& style);
+void DrawIntersectionsLayer(gdi::Graphics& g, const MapView& view, const ObjectLayerStyle& style);
+// ActivePlan from the active waypoint on (PLAN: from row 0).
+void DrawRouteLayer(gdi::Graphics& g, const MapView& view);
+// ModPlan while a modification is pending.
+void DrawModificationRouteLayer(gdi::Graphics& g, const MapView& view);
+void DrawTrendVector(gdi::Graphics& g, const MapView& view);
+void DrawAltitudeRangeArc(gdi::Graphics& g, const MapView& view);
+// T/C, T/D and altitude-target marks; style as the display's table.
+void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style);
+// The heading bug's value while it has just moved (at a design pixel).
+void DrawHeadingBugDigits(gdi::Graphics& g, float x, float y);
+// Whether a plan row is a discontinuity row the map leaves out.
+bool IsMapGap(const char* ident);
+
+// Where each ActivePlan row stood on the last frame, for layers that label
+// afterwards (design pixels around the map centre).
+struct RouteScreenPoints {
+    std::array<int, kPlanRows> x{};
+    std::array<int, kPlanRows> y{};
+};
+extern RouteScreenPoints g_route_screen;

@@ -1,0 +1,299 @@
+// The EFIS control panels clicked through their mouse tables, the lamps that
+// follow, the range ladders and mode steps of every family, the common map
+// switches, and the map core's projection and symbol library.
+#include "display/control_panels.h"
+#include "display/map_symbols.h"
+#include "display/nd_map.h"
+#include "frame/aircraft_profile.h"
+#include "frame/gauge_callback.h"
+#include "nd_fixture.h"
+#include "support/fake_panels.h"
+#include "support/gauge_instance.h"
+
+using namespace nd_test;
+
+namespace {
+// A left click at bezel pixel (x, y): the last parent row whose box holds the
+// point (an area lying over another, as the traffic button over the range
+// knob, comes later in the table), then its child row under the point.
+bool Click(GaugeId id, int x, int y) {
+    const MOUSERECT* rows = MouseTableOf(id);
+    int end = 1;
+    while (rows[end].rect_type != MOUSE_RECT_EOL) ++end;
+    for (int i = end - 1; i >= 1; --i) {
+        const MOUSERECT& parent = rows[i];
+        if (parent.rect_type != MOUSE_RECT_PARENT) continue;
+        const PIXBOX& box = parent.relative_box;
+        if (x < box.x || y < box.y || x >= box.x + box.size_x || y >= box.y + box.size_y) continue;
+        for (int c = i + 1; rows[c].rect_type == MOUSE_RECT_CHILD; ++c) {
+            const PIXBOX& child = rows[c].relative_box;
+            int cx = x - box.x, cy = y - box.y;
+            if (cx >= child.x && cy >= child.y && cx < child.x + child.size_x && cy < child.y + child.size_y &&
+                rows[c].mouse_function != nullptr) {
+                PIXPOINT point{cx, cy};
+                rows[c].mouse_function(&point, MOUSE_LEFTSINGLE);
+                return true;
+            }
+        }
+    }
+    return false;
+}
+}  // namespace
+
+TEST(EfisPanel, ModeKnobStepsTheNdAndItsLampFollows) {
+    ResetModuleState();
+    GaugeInstance panel(GaugeId::HW_B737_EFIS_CNTR, "");
+    ASSERT_EQ(MouseRowCount(GaugeId::HW_B737_EFIS_CNTR), 31);
+    ASSERT_EQ(MouseRowCount(GaugeId::HW_B737_EFIS_CNTR_BR), 31);
+    EXPECT_EQ(g_display.b737_mode, 1);
+    Click(GaugeId::HW_B737_EFIS_CNTR, 150, 50);   // left half: down, already at the end
+    EXPECT_EQ(g_display.b737_mode, 1);
+    for (int expected = 2; expected <= 7; ++expected) {
+        ASSERT_TRUE(Click(GaugeId::HW_B737_EFIS_CNTR, 190, 50));
+        EXPECT_EQ(g_display.b737_mode, expected);
+        panel.Service(PANEL_SERVICE_PRE_UPDATE);
+        for (int layer = 1; layer <= 6; ++layer)
+            EXPECT_EQ(panel.Hidden(layer), layer != expected) << "mode " << expected << " layer " << layer;
+    }
+    Click(GaugeId::HW_B737_EFIS_CNTR_BR, 190, 50);
+    EXPECT_EQ(g_display.b737_mode, 7);             // stops at PLAN
+    Click(GaugeId::HW_B737_EFIS_CNTR_BR, 150, 50);
+    EXPECT_EQ(g_display.b737_mode, 6);
+}
+
+TEST(EfisPanel, RangeKnobStopsAtMinMapRangeAndAtTheTop) {
+    ResetModuleState();
+    GaugeInstance panel(GaugeId::HW_B737_EFIS_CNTR, "");
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 10);
+    Click(GaugeId::HW_B737_EFIS_CNTR, 240, 50);    // down, MinMapRange 10 holds it
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 10);
+    panel.Service(PANEL_SERVICE_PRE_UPDATE);
+    EXPECT_FALSE(panel.Hidden(7));
+    const double expected[] = {20, 40, 80, 160, 320, 320};
+    for (double range : expected) {
+        Click(GaugeId::HW_B737_EFIS_CNTR, 285, 50);
+        EXPECT_DOUBLE_EQ(g_display.b737_range, range);
+        panel.Service(PANEL_SERVICE_PRE_UPDATE);
+        const double lamps[] = {10, 40, 80, 160, 320};
+        for (int k = 0; k < 5; ++k) EXPECT_EQ(panel.Hidden(7 + k), lamps[k] != range) << range;
+    }
+    g_config.MinMapRange = 1;
+    g_display.b737_range = 10;
+    for (double range : {5.0, 2.5, 1.0, 1.0}) {
+        Click(GaugeId::HW_B737_EFIS_CNTR, 240, 50);
+        EXPECT_DOUBLE_EQ(g_display.b737_range, range);
+    }
+    g_config.MinMapRange = 0.1;
+    Click(GaugeId::HW_B737_EFIS_CNTR, 240, 50);
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 0.5);
+    Click(GaugeId::HW_B737_EFIS_CNTR, 240, 50);
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 0.5);   // the bottom of the ladder
+}
+
+TEST(EfisPanel, ButtonsFlipTheCommonSwitchesInEveryFamily) {
+    ResetModuleState();
+    struct Button {
+        int x, y;
+        int MapSwitches::*field;
+    };
+    for (Button b : {Button{260, 180, &MapSwitches::intersections}, Button{195, 180, &MapSwitches::airports},
+                     Button{160, 180, &MapSwitches::navaids}, Button{258, 50, &MapSwitches::traffic}}) {
+        ASSERT_TRUE(Click(GaugeId::HW_B737_EFIS_CNTR, b.x, b.y));
+        for (const MapSwitches& s : g_display.switches) EXPECT_EQ(s.*b.field, 1) << b.x << "," << b.y;
+        Click(GaugeId::HW_B737_EFIS_CNTR, b.x, b.y);
+        for (const MapSwitches& s : g_display.switches) EXPECT_EQ(s.*b.field, 0);
+    }
+    Click(GaugeId::HW_B737_EFIS_CNTR, 230, 180);
+    EXPECT_EQ(g_display.AtcBoundariesShown, 1);
+    EXPECT_EQ(g_display.md80_boundaries_lamp, 1);
+    Click(GaugeId::HW_B737_EFIS_CNTR, 130, 180);
+    EXPECT_EQ(g_display.b737_adf_pointer, 1);
+    Click(GaugeId::HW_B737_EFIS_CNTR, 260, 120);
+    EXPECT_EQ(g_display.b737_data, 1);
+    EXPECT_FALSE(Click(GaugeId::HW_B737_EFIS_CNTR, 5, 5));  // nothing there
+    // The traffic switch also sends the EFS 50 to its traffic mode and back.
+    g_display.efs50_hsi_mode = 4;
+    ToggleTraffic();
+    EXPECT_EQ(g_display.efs50_hsi_mode, 8);
+    ToggleTraffic();
+    EXPECT_EQ(g_display.efs50_hsi_mode, 4);
+}
+
+TEST(EfisPanel, OtherPanelsKeepTheirRowsAndLightTheirSwitches) {
+    ResetModuleState();
+    for (GaugeId id : {GaugeId::A300_EFIS_CTRL, GaugeId::MD80_EHSI_CTRL, GaugeId::PROLINE4_AUX_CTRL,
+                       GaugeId::MD11_EFIS_CTRL, GaugeId::EFS50_EHSI_CNTR, GaugeId::P1000_MFD_CNTR})
+        EXPECT_EQ(MouseRowCount(id), SpecOf(id).mouse_rows) << GaugeName(id);
+    GaugeInstance a300(GaugeId::A300_EFIS_CTRL, "");
+    Click(GaugeId::A300_EFIS_CTRL, 300, 240);          // airports
+    Click(GaugeId::A300_EFIS_CTRL, 60, 180);           // mode down from 0: stays
+    Click(GaugeId::A300_EFIS_CTRL, 120, 180);          // mode up: 1
+    a300.Service(PANEL_SERVICE_PRE_DRAW);
+    EXPECT_FALSE(a300.Hidden(11));
+    EXPECT_TRUE(a300.Hidden(8));
+    EXPECT_FALSE(a300.Hidden(6));
+    EXPECT_TRUE(a300.Hidden(5));
+    GaugeInstance md80(GaugeId::MD80_EHSI_CTRL, "");
+    Click(GaugeId::MD80_EHSI_CTRL, 170, 60);           // the ADF half of the pointer switch
+    md80.Service(PANEL_SERVICE_PRE_UPDATE);
+    EXPECT_FALSE(md80.Hidden(2));                      // airports flipped by the A300 too
+    EXPECT_FALSE(md80.Hidden(6));
+    EXPECT_TRUE(md80.Hidden(7));
+}
+
+TEST(DisplayState, RangeLaddersOfEveryFamilyStepTogether) {
+    ResetModuleState();
+    g_config.MinMapRange = 0;
+    for (int i = 0; i < 12; ++i) RangeUp();
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 320);
+    EXPECT_DOUBLE_EQ(g_display.md11_range, 640);
+    EXPECT_DOUBLE_EQ(g_display.du1000_range, 240);
+    EXPECT_DOUBLE_EQ(g_display.md80_range, 320);
+    EXPECT_DOUBLE_EQ(g_display.c17_range, 320);
+    // The wrapping ladders have gone round: 12.5 is rung 5 of 9, 40 rung 4 of 7.
+    EXPECT_DOUBLE_EQ(g_display.efs50_range, 80);
+    EXPECT_DOUBLE_EQ(g_display.p1000_range, 80);
+    EXPECT_DOUBLE_EQ(g_display.proline4_range, 10);
+    ResetModuleState();
+    g_display.efs50_range = 160;
+    g_display.proline4_range = 320;
+    RangeUp();
+    EXPECT_DOUBLE_EQ(g_display.efs50_range, 0.5);
+    EXPECT_DOUBLE_EQ(g_display.proline4_range, 5);
+    // The DU 1000 is held from 15 down; the EFS 50 ignores MinMapRange.
+    ResetModuleState();
+    g_display.du1000_range = 15;
+    g_display.efs50_range = 5;
+    RangeDown();
+    EXPECT_DOUBLE_EQ(g_display.du1000_range, 10);
+    RangeDown();
+    EXPECT_DOUBLE_EQ(g_display.du1000_range, 10);  // 5 is below MinMapRange
+    EXPECT_DOUBLE_EQ(g_display.efs50_range, 1);
+    // A range set off the ladder steps from its rung.
+    SetB737Range(30);
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 40);
+    SetB737Range(-3);
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 40);
+}
+
+TEST(DisplayState, ModeStepsOfEachFamilyAndStartModesFromTheProfile) {
+    ResetModuleState();
+    g_display.du1000_mode = 0;
+    g_display.proline4_mode = 3;
+    g_display.md80_mode = 0;
+    const int du_up[] = {1, 3, 2, 2};
+    for (int m : du_up) {
+        StepMode(1, kStepDu1000);
+        EXPECT_EQ(g_display.du1000_mode, m);
+    }
+    // PROLINE 4: up 0, 3, 1, 2, 0; down the other way. Modes 0 and 1 keep
+    // the radius; entering 2 sets 70.
+    StepMode(1, kStepProline4);
+    EXPECT_EQ(g_display.proline4_mode, 1);
+    StepMode(-1, kStepProline4);
+    StepMode(-1, kStepProline4);
+    EXPECT_EQ(g_display.proline4_mode, 0);
+    EXPECT_EQ(g_display.proline4_radius, 140);
+    StepMode(-1, kStepProline4);
+    EXPECT_EQ(g_display.proline4_mode, 2);
+    EXPECT_EQ(g_display.proline4_radius, 70);
+    // EFS 50: down turns nav mode 2 to 1 first; up runs the HSI mode to 7, then nav 2.
+    g_display.efs50_hsi_mode = 6;
+    g_display.efs50_nav_mode = 2;
+    StepMode(-1, kStepEfs50);
+    EXPECT_EQ(g_display.efs50_nav_mode, 1);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 6);
+    StepMode(1, kStepEfs50);
+    StepMode(1, kStepEfs50);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 7);
+    EXPECT_EQ(g_display.efs50_nav_mode, 2);
+    // Display 0 steps them all; one family's number steps only that one.
+    int b737 = g_display.b737_mode;
+    StepMode(1, kStepMd80);
+    EXPECT_EQ(g_display.b737_mode, b737);
+    StepMode(1, kStepAllDisplays);
+    EXPECT_EQ(g_display.b737_mode, b737 + 1);
+
+    g_profile.HWB737NDMode = 5;
+    g_profile.PROLINE4MFDMode = 0;
+    ApplyDisplayStartModes();
+    EXPECT_EQ(g_display.b737_mode, 5);
+    EXPECT_EQ(g_display.proline4_mode, 0);
+    EXPECT_TRUE(AnyNdInPlanMode() == false);
+    g_display.b737_mode = kB737ModePlan;
+    EXPECT_TRUE(AnyNdInPlanMode());
+}
+
+TEST(MapProjection, PolarToScreenTurnsWithTheHeading) {
+    int x = 0, y = 0;
+    PolarToScreen(30, 30, 100, 100, 50, x, y);     // straight ahead
+    EXPECT_EQ(x, 100);
+    EXPECT_EQ(y, 50);
+    PolarToScreen(30, 120, 100, 100, 50, x, y);    // 90 right: on the centre's row
+    EXPECT_EQ(y, 100);
+    EXPECT_EQ(x, 150);
+    PolarToScreen(30, 300, 100, 100, 50, x, y);    // 90 left
+    EXPECT_EQ(y, 100);
+    EXPECT_EQ(x, 50);
+    PolarToScreen(350, 170, 100, 100, 50, x, y);   // behind, across north
+    EXPECT_EQ(x, 100);
+    EXPECT_EQ(y, 150);
+    double fx = 0, fy = 0;
+    PolarToScreen(0, 45, 0.0, 0.0, 10.0, fx, fy);  // 45 right: up and right
+    EXPECT_NEAR(fx, 7.0711, 1e-3);
+    EXPECT_NEAR(fy, -7.0711, 1e-3);
+    PolarToScreen(0, 225, 0.0, 0.0, 10.0, fx, fy);
+    EXPECT_NEAR(fx, -7.0711, 1e-3);
+    EXPECT_NEAR(fy, 7.0711, 1e-3);
+    PolarToScreen(0, 100, 0.0, 0.0, 10.0, fx, fy); // just past abeam: below the row
+    EXPECT_GT(fy, 0);
+    EXPECT_GT(fx, 9.8);
+    // The integer form truncates.
+    PolarToScreen(0, 45, 0, 0, 10, x, y);
+    EXPECT_EQ(x, 7);
+    EXPECT_EQ(y, -7);
+    // Rubbish in: no crash, a point far off.
+    PolarToScreen(0, std::nan(""), 0, 0, 10, x, y);
+}
+
+TEST(MapSymbols, EachKindDrawsInItsColourAndUnknownKindsNothing) {
+    FreshAircraft();
+    auto draw = [](int kind, int colour) {
+        test_canvas::Canvas canvas(40, 40);
+        gdi::Graphics g(canvas.hdc());
+        DrawMapSymbol(g, 20, 15, kind, kNoLabel, 1, 1, colour, 10);
+        return canvas;
+    };
+    for (int kind : {1, 2, 3, 4, 5, 11, 12, 20, 21, 30, 31, 40, 50, 60, 61, 62, 63, 70, 71, 72, 73, 74, 75, 76})
+        EXPECT_GT(draw(kind, kMapWhite).InkedAll(), 3) << kind;
+    for (int kind : {0, 6, 99, -5}) EXPECT_EQ(draw(kind, kMapWhite).InkedAll(), 0) << kind;
+    // Colour rules of the triangle: magenta for 4, blue for 1, grey otherwise.
+    auto dominant = [](const test_canvas::Canvas& c) {
+        uint32_t best = 0;
+        int best_alpha = -1;
+        for (uint32_t p : c.pixels)
+            if (static_cast<int>(p >> 24) > best_alpha) {
+                best_alpha = static_cast<int>(p >> 24);
+                best = p;
+            }
+        return best;
+    };
+    auto hue = [](uint32_t p) { return p & 0x00F0F0F0u; };
+    EXPECT_EQ(hue(dominant(draw(3, kMapMagenta))), hue(0xFFFF13D5));
+    EXPECT_EQ(hue(dominant(draw(3, kMapBlue))), hue(0xFF02A7EB));
+    EXPECT_EQ(hue(dominant(draw(3, kMapGreen))), hue(0xFFC0C0C0));
+    EXPECT_EQ(hue(dominant(draw(1, kMapGreen))), hue(0xFF00FA00));
+    EXPECT_EQ(hue(dominant(draw(20, kMapYellow))), hue(0xFFFFFF00));
+    // The star of a waypoint hangs from its anchor: nothing above it.
+    test_canvas::Canvas star = draw(20, kMapWhite);
+    EXPECT_EQ(star.Inked(0, 0, 40, 14), 0);
+    EXPECT_GT(star.Inked(0, 15, 40, 27), 5);
+    // A label is drawn beside the figure.
+    test_canvas::TextHost host;
+    test_canvas::Canvas canvas(60, 40);
+    gdi::Graphics g(canvas.hdc());
+    DrawMapSymbol(g, 20, 15, 74, 250, 1, 1, kMapGreen, 10);
+    ASSERT_EQ(host.seen().size(), 1u);
+    EXPECT_EQ(host.seen()[0].text, "250");
+    EXPECT_EQ(host.seen()[0].box.argb, 0xFF00FA00u);
+}
