@@ -438,12 +438,15 @@ int ResolveName(int kind_filter, std::string_view entry) {
 
 // [SECTION] Proximity subsets
 namespace {
+// Scans rows [first, last] of a bulk table into the subset, in table order,
+// so that a scan split over several calls gives the same subset as one.
 template <int N>
-void FillFromBulk(ProximitySubset<N>& subset, const BulkTable& table, double radius, bool kind_and_frequency, double latitude,
-                  double longitude) {
-    subset.count = 0;
-    for (int row = 1; row <= table.count && subset.count < N; ++row) {
+void ScanBulkRows(ProximitySubset<N>& subset, const BulkTable& table, int first, int last, double radius,
+                  bool kind_and_frequency, double latitude, double longitude) {
+    for (int row = first; row <= last && subset.count < N; ++row) {
         const BulkRow& r = table.rows[row];
+        // A mile is a minute of arc: no point is nearer than its latitude difference.
+        if (std::fabs(r.Latitude - latitude) * 60.0 > radius) continue;
         double distance = 0, bearing = 0;
         GreatCircle(latitude, longitude, r.Latitude, r.Longitude, distance, bearing);
         if (!(distance <= radius)) continue;
@@ -457,8 +460,51 @@ void FillFromBulk(ProximitySubset<N>& subset, const BulkTable& table, double rad
             if (r.kind != 'A') SetText(out.Frequency, PoolText(r.text));
         }
     }
+}
+
+template <int N>
+void FillFromBulk(ProximitySubset<N>& subset, const BulkTable& table, double radius, bool kind_and_frequency, double latitude,
+                  double longitude) {
+    subset.count = 0;
+    ScanBulkRows(subset, table, 1, table.count, radius, kind_and_frequency, latitude, longitude);
     subset.centre_latitude = latitude;
     subset.centre_longitude = longitude;
+}
+
+// An outer subset built ahead, a slice of the bulk table a frame, so that the
+// rebuild at the move limit costs no single frame the whole table.
+constexpr int kOuterSubsetRows = 3000;
+struct SubsetPrefetch {
+    ProximitySubset<kOuterSubsetRows> staged;
+    int next_row = 0;                        // 0 idle; else the next row to scan
+    bool ready = false;                      // staged holds a whole subset
+};
+
+struct PrefetchState {
+    SubsetPrefetch airports, navaids, fixes;
+};
+PrefetchState g_prefetch;
+
+constexpr int kPrefetchRowsPerStep = 8000;  // a slice costs about what a map frame does
+
+// One step of a prefetch: starts it, scans a slice, or finishes it.
+void PrefetchStep(SubsetPrefetch& p, const BulkTable& table, double radius, bool kind_and_frequency, double latitude,
+                  double longitude) {
+    if (p.ready) return;
+    if (p.next_row == 0) {
+        p.staged.count = 0;
+        p.staged.centre_latitude = latitude;
+        p.staged.centre_longitude = longitude;
+        p.next_row = 1;
+    }
+    int last = std::min(table.count, p.next_row + kPrefetchRowsPerStep - 1);
+    ScanBulkRows(p.staged, table, p.next_row, last, radius, kind_and_frequency, p.staged.centre_latitude,
+                 p.staged.centre_longitude);
+    p.next_row = last + 1;
+    if (p.next_row > table.count || p.staged.count >= kOuterSubsetRows) {
+        p.ready = true;
+        p.next_row = 0;
+    }
 }
 
 template <int N, int M>
@@ -503,24 +549,40 @@ void BuildProximitySubset(SubsetId subset, double latitude, double longitude) {
 }
 
 void UpdateProximitySubsets(double latitude, double longitude) {
-    constexpr double kOuterMove = 200;  // nm the centre may move before a 600 nm subset is rebuilt
-    constexpr double kInnerMove = 50;   // nm for the inner subsets
+    constexpr double kOuterMove = 200;     // nm the centre may move before a 600 nm subset is rebuilt
+    constexpr double kPrefetchMove = 150;  // nm: the next one is built ahead from here on
+    constexpr double kInnerMove = 50;      // nm for the inner subsets
+    constexpr double kPrefetchTolerance = 100;  // nm a subset built ahead may lie from the aircraft
     auto moved = [&](double centre_latitude, double centre_longitude) {
         double distance = 0, bearing = 0;
         GreatCircle(centre_latitude, centre_longitude, latitude, longitude, distance, bearing);
         return std::isfinite(distance) ? distance : 1e9;
     };
     ProximitySubsets& s = g_nearby;
-    if (moved(s.AirportsNear600.centre_latitude, s.AirportsNear600.centre_longitude) > kOuterMove)
-        BuildProximitySubset(SubsetId::AirportsNear600, latitude, longitude);
+    // Outer subsets: past the limit the subset built ahead takes over (its
+    // centre lies at most 50 nm back, well inside 600 nm); without one, as
+    // after a jump of position, the subset is built at once.
+    auto outer = [&](ProximitySubset<kOuterSubsetRows>& subset, SubsetPrefetch& prefetch, const BulkTable& table,
+                     bool kind, SubsetId id) {
+        double distance = moved(subset.centre_latitude, subset.centre_longitude);
+        if (distance > kOuterMove) {
+            if (prefetch.ready && moved(prefetch.staged.centre_latitude, prefetch.staged.centre_longitude) <= kPrefetchTolerance)
+                subset = prefetch.staged;
+            else
+                BuildProximitySubset(id, latitude, longitude);
+            prefetch.ready = false;
+            prefetch.next_row = 0;
+        } else if (distance > kPrefetchMove) {
+            PrefetchStep(prefetch, table, 600, kind, latitude, longitude);
+        }
+    };
+    outer(s.AirportsNear600, g_prefetch.airports, g_navdb.AirportTable, false, SubsetId::AirportsNear600);
     if (moved(s.AirportsNear180.centre_latitude, s.AirportsNear180.centre_longitude) > kInnerMove)
         BuildProximitySubset(SubsetId::AirportsNear180, latitude, longitude);
-    if (moved(s.NavaidsNear600.centre_latitude, s.NavaidsNear600.centre_longitude) > kOuterMove)
-        BuildProximitySubset(SubsetId::NavaidsNear600, latitude, longitude);
+    outer(s.NavaidsNear600, g_prefetch.navaids, g_navdb.NavaidTable, true, SubsetId::NavaidsNear600);
     if (moved(s.NavaidsNear320.centre_latitude, s.NavaidsNear320.centre_longitude) > kInnerMove)
         BuildProximitySubset(SubsetId::NavaidsNear320, latitude, longitude);
-    if (moved(s.FixesNear600.centre_latitude, s.FixesNear600.centre_longitude) > kOuterMove)
-        BuildProximitySubset(SubsetId::FixesNear600, latitude, longitude);
+    outer(s.FixesNear600, g_prefetch.fixes, g_navdb.AirwayFixTable, true, SubsetId::FixesNear600);
     if (moved(s.FixesNear200.centre_latitude, s.FixesNear200.centre_longitude) > kInnerMove)
         BuildProximitySubset(SubsetId::FixesNear200, latitude, longitude);
 }

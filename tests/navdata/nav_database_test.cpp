@@ -324,9 +324,22 @@ TEST(NavDatabase, ProximitySubsetsByRadiusLimitAndCentre) {
     EXPECT_DOUBLE_EQ(g_nearby.AirportsNear600.centre_latitude, 0);
     EXPECT_EQ(g_nearby.AirportsNear600.count, outer_before);
     EXPECT_DOUBLE_EQ(g_nearby.AirportsNear180.centre_latitude, 100.0 / 60.0);
-    UpdateProximitySubsets(5, 0);  // 300 nm from the first centre
+    UpdateProximitySubsets(5, 0);  // 300 nm from the first centre: a jump, built at once
     EXPECT_DOUBLE_EQ(g_nearby.AirportsNear600.centre_latitude, 5);
     EXPECT_EQ(g_nearby.AirportsNear600.count, 30);
+    // Flying on, the next subset is built ahead in slices from 150 nm on and
+    // takes over past 200 nm with exactly what a build at its centre gives.
+    for (double lat = 5.1; lat < 5 + 160.0 / 60.0; lat += 0.1) UpdateProximitySubsets(lat, 0);
+    EXPECT_DOUBLE_EQ(g_nearby.AirportsNear600.centre_latitude, 5);
+    double ahead = 5 + 160.0 / 60.0;
+    for (int frame = 0; frame < 3; ++frame) UpdateProximitySubsets(ahead, 0);
+    UpdateProximitySubsets(5 + 201.0 / 60.0, 0);
+    EXPECT_NEAR(g_nearby.AirportsNear600.centre_latitude, 5 + 151.0 / 60.0, 0.11);
+    auto taken_over = g_nearby.AirportsNear600;
+    BuildProximitySubset(SubsetId::AirportsNear600, taken_over.centre_latitude, 0);
+    ASSERT_EQ(g_nearby.AirportsNear600.count, taken_over.count);
+    for (int row = 1; row <= taken_over.count; ++row)
+        EXPECT_STREQ(g_nearby.AirportsNear600.rows[row].Ident.data(), taken_over.rows[row].Ident.data());
 }
 
 TEST(NavDatabase, FormatLatLonTruncatesEachPart) {
