@@ -4,3 +4,5 @@
 LnavState g_lnav;
 
 void LnavToggle() { g_lnav.on = g_lnav.on ? 0 : 1; }
+
+void LnavPlanActivated() {}

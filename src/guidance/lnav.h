@@ -9,3 +9,6 @@ extern LnavState g_lnav;
 
 // The LNAV button and orb_lnav_clicked.
 void LnavToggle();
+
+// A plan was executed: LNAV takes the new active leg and its position.
+void LnavPlanActivated();

@@ -2,6 +2,7 @@
 #include "support/module_reset.h"
 
 #include "cdu/keypad.h"
+#include "cdu/plan_data_texts.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
@@ -11,6 +12,7 @@
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
+#include "plan/plan_tables.h"
 #include "plan/route_files.h"
 
 #include <cstdio>
@@ -37,6 +39,9 @@ std::string ResetModuleState() {
     g_holds = {};
     g_navdb = {};
     g_stored_plans = {};
+    g_plan = {};
+    g_route_rows = {};
+    g_plan_texts = {};
     g_flight_log = {};
     return root;
 }
