@@ -1,4 +1,108 @@
-// cdu_draw.cpp: the CDU pages are still to come; nothing is drawn yet.
+// cdu_draw.cpp: the page dispatch of the Boeing-style CDU. The GNS and MCU
+// page sets come later; their screens stay black.
+//
+// Immediate mode: a click only set a latch or edited the entry line; here,
+// once per drawn frame, the page of CduPage reads the latches, carries the
+// entry out and draws, and the latches are cleared after the frame. A key
+// pressed while no instance is drawn waits for the next drawn frame.
 #include "cdu/cdu_draw.h"
 
-void DrawCdu(GaugeId, HDC, int, int) {}
+#include "cdu/cdu_screen.h"
+#include "cdu/keypad.h"
+#include "cdu/route_pages.h"
+#include "plan/plan_execute.h"
+
+#include <array>
+
+namespace {
+using PageFunction = void (*)(CduScreen&);
+
+struct PageEntry {
+    PageFunction function;   // the page; null for a page that shows its title only
+    const char* title;       // null: an empty number
+};
+
+// Pages of other families whose keys already lead to them: the title stands
+// until their lines come.
+void TitleOnly(CduScreen& screen) { screen.Title(SmithsPageTitle(g_smiths.CduPage)); }
+
+constexpr std::array<PageEntry, cdu_page::kHighest + 1> MakePageTable() {
+    std::array<PageEntry, cdu_page::kHighest + 1> t{};
+    t[cdu_page::kStoredFlightPlans] = {nullptr, "STORED FLIGHT PLANS"};
+    t[cdu_page::kPerfInit] = {nullptr, "PERF INIT"};
+    t[cdu_page::kRteLegs] = {&RteLegsPage, "RTE    LEGS"};
+    t[cdu_page::kSelectWaypoint] = {&SelectWaypointPage, "SELECT WAYPOINT"};
+    t[cdu_page::kDepartures] = {&DeparturesPage, "DEPARTURES"};
+    t[cdu_page::kArrivals] = {&ArrivalsPage, "ARRIVALS"};
+    t[cdu_page::kApproachRef] = {nullptr, "APPROACH REF"};
+    t[cdu_page::kRte] = {&RtePage, "RTE"};
+    t[cdu_page::kInitRefIndex] = {nullptr, "INIT/REF INDEX"};
+    t[cdu_page::kDepArrIndex] = {&DepArrIndexPage, "DEP/ARR INDEX"};
+    t[cdu_page::kIdent] = {nullptr, "IDENT"};
+    t[cdu_page::kPos] = {nullptr, "POS"};
+    t[cdu_page::kTakeoffRef] = {nullptr, "TAKEOFF REF"};
+    t[cdu_page::kRefNavData] = {nullptr, "REF NAV DATA"};
+    t[cdu_page::kTempNavSummary] = {nullptr, "TEMP NAV SUMMARY"};
+    t[cdu_page::kNavStatus] = {nullptr, "NAV STATUS"};
+    t[cdu_page::kProgress] = {nullptr, "PROGRESS"};
+    t[cdu_page::kEconClb] = {nullptr, "ECON CLB"};
+    t[cdu_page::kEconCrz] = {nullptr, "ECON CRZ"};
+    t[cdu_page::kEconPathDes] = {nullptr, "ECON PATH DES"};
+    t[cdu_page::kFixInfo] = {nullptr, "FIX INFO"};
+    t[cdu_page::kDesForecasts] = {nullptr, "DES FORECASTS"};
+    t[cdu_page::kRteHold] = {&RteHoldPage, "RTE        HOLD"};
+    return t;
+}
+
+constexpr auto kPages = MakePageTable();
+
+void ClearFrameLatches() {
+    SmithsCduState& s = g_smiths;
+    s.LineSelectLatch = 0;
+    s.PrevPageLatch = 0;
+    s.NextPageLatch = 0;
+    s.ExecLatch = 0;
+    s.RteEntryLatch = 0;
+    s.LegsEntryLatch = 0;
+    s.HoldEntryLatch = 0;
+}
+}  // namespace
+
+const char* SmithsPageTitle(int page) {
+    if (page < 0 || page > cdu_page::kHighest) return nullptr;
+    return kPages[static_cast<size_t>(page)].title;
+}
+
+void SmithsPageDispatcher(HDC hdc, int width, int height) {
+    SmithsCduState& s = g_smiths;
+    // The LEGS page's map centre only lives while a map shows PLAN mode; the
+    // maps' PLAN mode comes with the map displays, so none is shown yet.
+    s.PlanCentreIndex = 0;
+    // A failed graphics object draws nothing, but the page still acts on its keys.
+    gdi::Graphics g(hdc);
+    g.SetSmoothing(SmoothingModeHighQuality);
+    g.Clear(kCduBlack);
+    g.SetTextHint(TextRenderingHintAntiAlias);
+    g.ResetTransform();
+    if (width > 0 && height > 0)
+        g.Scale(static_cast<float>(width) / kCduDesignWidth, static_cast<float>(height) / kCduDesignHeight);
+    {
+        CduScreen screen(g);
+        // EXEC, pressed in state 2 or 4, commits before the page draws the result.
+        if (s.ExecLatch && ExecutePending()) PlanExecute();
+        int page = s.CduPage;
+        if (page >= 0 && page <= cdu_page::kHighest && kPages[static_cast<size_t>(page)].title != nullptr) {
+            const PageEntry& entry = kPages[static_cast<size_t>(page)];
+            if (entry.function != nullptr)
+                entry.function(screen);
+            else
+                TitleOnly(screen);
+            screen.EntryLine();
+        }
+    }
+    ClearFrameLatches();
+}
+
+void DrawCdu(GaugeId id, HDC hdc, int width, int height) {
+    if (id == GaugeId::SMITHS_FMS || id == GaugeId::SMITHS_FMS_BR) SmithsPageDispatcher(hdc, width, height);
+}

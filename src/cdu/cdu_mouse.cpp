@@ -1,6 +1,9 @@
-// cdu_mouse.cpp: the CDU keys. The key rows come with their pages; until then
-// every key is an inert button so that the tables have their full shape.
+// cdu_mouse.cpp: the CDU keys as mouse areas. The Boeing-style pair gets one
+// area a key of its key table; the GNS and MCU keys come with their pages, so
+// their tables are inert buttons of the full shape until then.
 #include "cdu/cdu_mouse.h"
+
+#include "cdu/cdu_keys.h"
 
 namespace {
 BOOL_SDK FSAPI InertKey(PIXPOINT*, FLAGS32) { return 0; }
@@ -21,4 +24,11 @@ void PadMouseAreas(MouseAreaList& areas, int wanted_rows) {
     }
 }
 
-void CduMouseAreas(GaugeId id, MouseAreaList& areas) { PadMouseAreas(areas, SpecOf(id).mouse_rows); }
+void CduMouseAreas(GaugeId id, MouseAreaList& areas) {
+    for (int i = 0; i < CduKeyCount(id); ++i) {
+        const CduKeyBox* key = CduKeyAt(id, i);
+        areas.Button(key->x, key->y, key->w, key->h, CduKeyHandler(i), key->flags);
+    }
+    // The table's row count is fixed; the spare rows stay inert.
+    PadMouseAreas(areas, SpecOf(id).mouse_rows);
+}

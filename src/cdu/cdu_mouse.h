@@ -3,6 +3,7 @@
 
 #include "frame/gauge_table.h"
 
+// The gauge's key areas, padded to the row count of the gauge table.
 void CduMouseAreas(GaugeId id, MouseAreaList& areas);
 
 // Pads a list with inert buttons (and knobs, where the count needs them) to

@@ -1,31 +1,173 @@
-// keypad.h: the state each keypad family shares between its gauge twins.
+// keypad.h: the state each keypad family shares between its gauge twins, and
+// the rules of the Boeing-style entry line.
+//
+// A panel that shows both twins of a family shows one and the same CDU: all
+// of a family's state is one global set. A click only edits the scratchpad
+// or sets a latch; the page function of the next drawn frame acts on the
+// latches, and the dispatcher clears them after that frame.
+//
+// Index:
+//   [SECTION] Limits and messages
+//   [SECTION] SMITHS_FMS family state
+//   [SECTION] GNS and MCU families
+//   [SECTION] Scratchpad and message line
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <string_view>
 
-constexpr int kScratchpadSize = 64;
+// [SECTION] Limits and messages
+constexpr int kScratchpadKeyLimit = 24;      // characters the character keys put on the entry line
+constexpr size_t kScratchpadCapacity = 64;   // room for SP beyond the key limit and for copied-in values
+constexpr size_t kCduMessageCapacity = 80;   // a file name with " Unable to Save" behind it is cut here
 
+// The message line's texts; "DELETE" is at the same time the armed delete.
+namespace cdu_message {
+constexpr const char* kDelete = "DELETE";
+constexpr const char* kInvalidEntry = "INVALID ENTRY";
+constexpr const char* kNotInDatabase = "NOT IN DATABASE";
+constexpr const char* kInvalidDelete = "INVALID DELETE";
+constexpr const char* kNoActiveRoute = "NO ACTIVE ROUTE";
+constexpr const char* kNoActiveFlightPlan = "NO ACTIVE FLIGHT PLAN";
+constexpr const char* kNotFoundInDatabase = "NOT FOUND IN DATABASE";
+constexpr const char* kActiveFsPlannerRteLoaded = "ACTIVE FSPLANNER RTE LOADED";
+constexpr const char* kNoActiveGpsRte = "NO ACTIVE GPS RTE";
+constexpr const char* kSavedSuffix = " Saved";
+constexpr const char* kUnableToSaveSuffix = " Unable to Save";
+}  // namespace cdu_message
+
+// [SECTION] SMITHS_FMS family state
+// Page numbers of the family; every other number up to 39 is an empty page.
+namespace cdu_page {
+constexpr int kStoredFlightPlans = 1;
+constexpr int kPerfInit = 3;
+constexpr int kRteLegs = 6;
+constexpr int kSelectWaypoint = 9;
+constexpr int kDepartures = 10;
+constexpr int kArrivals = 11;
+constexpr int kApproachRef = 12;
+constexpr int kRte = 22;
+constexpr int kInitRefIndex = 23;
+constexpr int kDepArrIndex = 24;
+constexpr int kIdent = 25;
+constexpr int kPos = 26;
+constexpr int kTakeoffRef = 27;
+constexpr int kRefNavData = 28;
+constexpr int kTempNavSummary = 29;
+constexpr int kNavStatus = 31;
+constexpr int kProgress = 33;
+constexpr int kEconClb = 34;
+constexpr int kEconCrz = 35;
+constexpr int kEconPathDes = 36;
+constexpr int kFixInfo = 37;
+constexpr int kDesForecasts = 38;
+constexpr int kRteHold = 39;
+constexpr int kHighest = 39;                  // page numbers run 0..39
+}  // namespace cdu_page
+
+// A page family's page-of-pages counter, 1-based, with the count beside it.
+struct PageCounter {
+    int page = 1;                             // page shown
+    int count = 1;                            // pages the data fills, as last drawn
+};
+
+// LineSelectLatch values: 1..5 left keys of rows 1..5, 6..10 right keys of
+// rows 1..5, 11 the left and 12 the right key of row 6.
+constexpr int kLeftRow6Key = 11;
+constexpr int kRightRow6Key = 12;
+
+struct SmithsCduState {
+    int CduPage = 0;                          // page shown; 0 until the first install sets 25
+    std::array<char, kScratchpadCapacity> Scratchpad{};   // the entry line
+    std::array<char, kCduMessageCapacity> CduMessage{};   // shown instead of the scratchpad while not empty
+    // Latches of one frame, cleared by the dispatcher after the page ran.
+    int LineSelectLatch = 0;                  // 0 none, else the key (see kLeftRow6Key)
+    int PrevPageLatch = 0;                    // 0 or 1
+    int NextPageLatch = 0;                    // 0 or 1
+    int ExecLatch = 0;                        // 1: EXEC pressed, run at the frame
+    int RteEntryLatch = 0;                    // 1: the RTE key opened the page
+    int LegsEntryLatch = 0;                   // 1: the LEGS key opened the page
+    int HoldEntryLatch = 0;                   // 1: the HOLD key was pressed
+    // Page-of-pages counters of the families.
+    PageCounter rte;
+    PageCounter legs;
+    PageCounter perf;
+    PageCounter hold;
+    PageCounter progress;
+    PageCounter fix;
+    PageCounter select;
+    PageCounter departures;
+    PageCounter arrivals;
+    int ReturnPage = 0;                       // where SELECT WAYPOINT goes back to
+    int SelectTargetLine = 0;                 // plan index the chosen waypoint goes to
+    // Route pages
+    int LegsMode = 0;                         // 0 normal, 1 direct and intercept, 2 hold
+    int DirectPending = 0;                    // 1: a DIRECT TO line waits for EXEC
+    int DirectSourceRow = 0;                  // ModPlan index copied in LegsMode 1; 0 none
+    int HoldSourceRow = 0;                    // ModPlan index copied in LegsMode 2; 0 none
+    int HoldAtPending = 0;                    // 1: the scratchpad holds "HOLD AT " and a fix
+    int HoldDeletePending = 0;                // 1: a hold waits for EXEC to be removed
+    int PlanCentreIndex = 0;                  // LEGS entry centring a PLAN map; 0 none
+    // Selection flags of the procedure pages: 0 none, 1 chosen, 2 kept from before
+    int SidChosen = 0;
+    int SidTransitionChosen = 0;
+    int DepartureRunwayChosen = 0;
+    int StarChosen = 0;
+    int StarTransitionChosen = 0;
+    int ApproachChosen = 0;
+    int ApproachTransitionChosen = 0;
+    int ArrivalRunwayChosen = 0;
+    int ApproachIndex = 0;                    // chosen approach's row; 0 none
+    int ApproachTransitionIndex = 0;
+};
+
+extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR
+
+// [SECTION] GNS and MCU families
+// Their pages come later; these hold what the frame already reads.
 struct KeypadState {
-    int CduPage = 0;                    // page shown; 0 before the first start-up
-    int PlanState = 0;                  // 2 or 4: a modification is pending (EXEC lit)
-    std::array<char, kScratchpadSize> Scratchpad{};
-    std::array<char, kScratchpadSize> CduMessage{};
+    int CduPage = 0;                          // page shown
+    std::array<char, kScratchpadCapacity> Scratchpad{};
+    std::array<char, kCduMessageCapacity> CduMessage{};
 };
 
 struct McuPageState {
-    int repaint = 0;                    // 1: repaint the MCU page at the next draw
-    int direct_entry = 0;               // 1: keyboard entry mode is on
+    int repaint = 0;                          // 1: repaint the MCU page at the next draw
+    int direct_entry = 0;                     // 1: keyboard entry mode is on
 };
 
 struct GnsPageState {
-    int page_state = 0;                 // set at install
+    int page_state = 0;                       // set at install
 };
 
-extern KeypadState g_smiths;            // SMITHS_FMS, SMITHS_FMS_BR
-extern KeypadState g_gns;               // GNSXLS, GNSXLS_LM
-extern KeypadState g_mcu;               // MCU, MCU_LM
+extern KeypadState g_gns;                     // GNSXLS, GNSXLS_LM
+extern KeypadState g_mcu;                     // MCU, MCU_LM
 extern McuPageState g_mcu_page;
 extern GnsPageState g_gns_page;
 
 // The GNS page state at install.
 void ResetGnsPageState();
+
+// [SECTION] Scratchpad and message line
+std::string_view ScratchpadText();
+std::string_view CduMessageText();
+// A character key: appended while the line holds fewer than 24 characters.
+void ScratchpadCharacter(char c);
+// SP: after "DELETE" clears both lines, else appends a blank with no limit
+// test (only the buffer's end stops it).
+void ScratchpadSpace();
+// +/-: "-" on an empty line, flips a trailing sign, else appends "-".
+void ScratchpadPlusMinus();
+// DEL: arms the delete over whatever message stood.
+void ScratchpadDelete();
+// CLR: takes a standing message away, else the last character.
+void ScratchpadClear();
+// A page copies a value in; it is not cut to 24 (only to the buffer).
+void SetScratchpad(std::string_view text);
+void ClearScratchpad();
+// A pilot error or notice; replaces any message.
+void SetCduMessage(std::string_view text);
+void ClearCduMessage();
+// True while the message line holds the armed delete.
+bool DeleteArmed();

@@ -28,6 +28,7 @@
 #include "guidance/lnav.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
+#include "plan/plan_execute.h"
 #include "plan/route_files.h"
 
 #include <gdiplus_flat.h>
@@ -199,7 +200,7 @@ void SwitchLayers(GaugeId id, GAUGEHDR* gauge) {
     switch (id) {
     case G::SMITHS_FMS:
     case G::SMITHS_FMS_BR:
-        ShowLayer(gauge, 2, g_smiths.PlanState == 2 || g_smiths.PlanState == 4);
+        ShowLayer(gauge, 2, ExecutePending());
         ShowLayer(gauge, 3, g_smiths.CduMessage[0] != 0);
         return;
     case G::MCU:

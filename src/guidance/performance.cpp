@@ -17,6 +17,8 @@ struct PerformanceState {
 PerformanceState g_performance;
 }  // namespace
 
+void PredictProfile(int, int) {}
+
 void PlanDistances() {}
 
 double RouteDistanceToDestination() {

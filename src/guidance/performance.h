@@ -1,6 +1,10 @@
 // performance.h: distances along the plan and predictions.
 #pragma once
 
+// Cruise altitude, T/C and T/D, each waypoint's predicted altitude and
+// speed. cruise_altitude 0: choose one; per_waypoint other than 1 stops
+// before the per-waypoint passes.
+void PredictProfile(int cruise_altitude, int per_waypoint);
 // The per-tick distance pass (along-route sums, predictions).
 void PlanDistances();
 // nm along the plan from the aircraft to the destination; negative without a plan.

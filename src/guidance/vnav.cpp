@@ -3,6 +3,7 @@
 #include "guidance/vnav.h"
 
 #include "frame/global_config.h"
+#include "plan/plan_tables.h"
 
 VnavState g_vnav;
 
@@ -23,3 +24,7 @@ void VnavAtLastWaypoint() {
 }
 
 void VnavVerticalSteps() {}
+
+int FindClimbTarget(int offset) { return g_plan.context.ActiveLeg + offset; }
+
+void RecomputeTopOfDescent(int) {}

@@ -34,3 +34,6 @@ void VnavRestrictionPassed();           // at sequencing
 void VnavSpeedAfterSequencing();        // SpdSetDone cleared, VnavSetSpeed once
 void VnavAtLastWaypoint();              // VnavOffAtLastWpt in cruise
 void VnavVerticalSteps();               // transitions, VNAV pass, restriction writes, commands
+// At a plan's execution: the row of the next climb target, and T/D again.
+int FindClimbTarget(int offset);
+void RecomputeTopOfDescent(int from_restriction);

@@ -199,7 +199,7 @@ TEST(GaugeCallback, LampsFollowTheSharedState) {
     EXPECT_TRUE(cdu.Hidden(2));
     EXPECT_TRUE(cdu.Hidden(3));
     for (int state : {1, 2, 3, 4}) {
-        g_smiths.PlanState = state;
+        g_plan.context.PlanState = state;
         cdu.Service(PANEL_SERVICE_PRE_UPDATE);
         EXPECT_EQ(cdu.Hidden(2), !(state == 2 || state == 4)) << state;
     }

@@ -3,6 +3,7 @@
 
 #include "cdu/keypad.h"
 #include "display/display_state.h"
+#include "cdu/plan_data_texts.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
@@ -39,6 +40,8 @@ std::string ResetModuleState() {
     g_holds = {};
     g_navdb = {};
     g_stored_plans = {};
+    g_route_rows = {};
+    g_plan_texts = {};
     g_flight_log = {};
     static const PlanTables kNoPlans{};
     g_plan = kNoPlans;

@@ -1,0 +1,478 @@
+// route_pages.cpp: the RTE page and the seams of the other route pages.
+//
+// Index:
+//   [SECTION] Helpers
+//   [SECTION] RTE page 1 entries
+//   [SECTION] RTE pages 2 and up
+//   [SECTION] RTE page
+//   [SECTION] Pages still to come
+#include "cdu/route_pages.h"
+
+#include "cdu/plan_data_texts.h"
+#include "guidance/vnav.h"
+#include "navdata/nav_database.h"
+#include "navdata/nav_text.h"
+#include "plan/plan_execute.h"
+#include "plan/plan_tables.h"
+#include "plan/route_files.h"
+
+#include <algorithm>
+#include <cstdio>
+
+// [SECTION] Helpers
+namespace {
+constexpr const char* kNoValue5 = "- - - - -";       // a value not entered, five places
+constexpr const char* kNoValue6 = "- - - - - -";
+constexpr float kRow6ValueY = 198;                   // row 6 prompts
+constexpr float kRunwayValueY = 104;
+constexpr float kDestinationLabelX = 220;
+constexpr float kDestinationValueX = 210;
+constexpr float kRouteToLabelX = 240;
+constexpr float kThenX = 100;
+constexpr float kNewLineRightX = 210;
+constexpr size_t kCompanyRouteKeyLength = 8;         // "KSEAKGEG": origin and destination idents
+constexpr size_t kAirportIdentLength = 4;
+
+bool IsSet(const PlanText& text) {
+    std::string_view value = TextOf(text);
+    return !value.empty() && value != kNoSelection;
+}
+
+void SetNone(PlanText& text) { SetText(text, kNoSelection); }
+
+bool StartsWithNoCase(std::string_view text, std::string_view start) {
+    return text.size() >= start.size() && EqualNoCase(text.substr(0, start.size()), start);
+}
+
+// The first airport among the candidates of a name search, or null.
+const NavRecord* FindAirport(std::string_view name) {
+    int count = ResolveName(3, name);
+    for (int i = 1; i <= count && i <= kCandidateLimit; ++i)
+        if (TextOf(g_candidates.rows[i].Kind) == "APT") return &g_candidates.rows[i];
+    return nullptr;
+}
+
+// A plan row for an airport: type "APT", its elevation as altitude, no frequency.
+PlanWaypoint AirportRow(const NavRecord& airport) {
+    PlanWaypoint row;
+    SetText(row.Ident, TextOf(airport.Ident));
+    row.Latitude = airport.Latitude;
+    row.Longitude = airport.Longitude;
+    SetText(row.WaypointType, "APT");
+    row.Altitude = ReadNumber(TextOf(airport.Elevation));
+    return row;
+}
+
+void ClearArrivalChoices() {
+    SmithsCduState& s = g_smiths;
+    s.StarChosen = s.StarTransitionChosen = s.ApproachChosen = s.ApproachTransitionChosen = 0;
+    s.ArrivalRunwayChosen = 0;
+    s.ApproachIndex = 0;
+    s.ApproachTransitionIndex = 0;
+}
+
+void ClearAllChoices() {
+    SmithsCduState& s = g_smiths;
+    s.SidChosen = s.SidTransitionChosen = s.DepartureRunwayChosen = 0;
+    ClearArrivalChoices();
+}
+
+// ModPlan's end marker behind its last row.
+void MarkModPlanEnd() {
+    int behind = g_plan.context.ModLastRow + 1;
+    if (behind < 1 || behind >= kPlanRows) return;
+    g_plan.ModPlan[behind] = PlanWaypoint{};
+    SetText(g_plan.ModPlan[behind].Ident, "******");
+}
+}  // namespace
+
+int RtePageCount() {
+    int lines = g_route_rows.count + 1;
+    return std::max(2, (lines + kRouteLinesPerPage - 1) / kRouteLinesPerPage + 1);
+}
+
+// [SECTION] RTE page 1 entries
+namespace {
+// ORIGIN: a new origin wipes the whole route and starts a new one.
+void EnterOrigin(std::string_view text) {
+    const NavRecord* airport = FindAirport(text);
+    if (airport == nullptr) {
+        SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    PlanWaypoint origin = AirportRow(*airport);
+    LoadAirportDetail(text, 1);
+    PlanContext& pc = g_plan.context;
+    for (PlanWaypoint& row : g_plan.ActivePlan) row = PlanWaypoint{};
+    for (PlanWaypoint& row : g_plan.ModPlan) row = PlanWaypoint{};
+    g_plan.ActivePlan[0] = origin;
+    // The plan holds the origin alone until a destination or a route comes.
+    pc.ActiveLastRow = 0;
+    pc.ActiveLeg = kNoActiveLeg;
+    pc.NextRestrictionRow = 0;
+    BeginModification();
+    BuildRouteRows();
+    g_vnav.descent_active = 0;
+    g_vnav.tod_passed = 0;
+    PlanDataTexts& t = g_plan_texts;
+    for (PlanText* name : {&t.DestinationName, &t.SidName, &t.SidTransition, &t.DepartureRunway, &t.StarName,
+                           &t.StarTransition, &t.ArrivalRunway, &t.ApproachName, &t.ApproachTransition,
+                           &t.SavedSidName, &t.SavedSidTransition, &t.SavedDepartureRunway, &t.SavedStarName,
+                           &t.SavedStarTransition, &t.SavedArrivalRunway, &t.PendingDepartureRunway})
+        SetNone(*name);
+    t.ModifiedDestination = {};
+    SetText(t.OriginName, text);
+    SetText(t.ModifiedOrigin, text);
+    SetText(pc.OriginText, text);
+    SetText(pc.ModOriginText, text);
+    ClearAllChoices();
+    pc.PlanState = 0;
+    ClearScratchpad();
+}
+
+// CO ROUTE: a stored plan by the start of its file name, or by an origin
+// and destination written together ("KSEAKGEG").
+void EnterCompanyRoute(std::string_view text) {
+    const StoredPlanTable& plans = g_stored_plans;
+    int found = 0;
+    for (int e = 1; e <= plans.count && e <= kStoredPlanLimit + 1 && found == 0; ++e) {
+        std::string_view file = TextOf(plans.entries[e].FileName);
+        if (file == "NEW FPL") continue;  // the empty-plan entry of the plan list, not a route
+        if (StartsWithNoCase(file, text)) found = e;
+    }
+    if (found == 0 && text.size() >= kCompanyRouteKeyLength) {
+        std::string_view origin = text.substr(0, kAirportIdentLength);
+        std::string_view destination = text.substr(kAirportIdentLength, kAirportIdentLength);
+        for (int e = 1; e <= plans.count && e <= kStoredPlanLimit + 1 && found == 0; ++e) {
+            const StoredPlanEntry& entry = plans.entries[e];
+            if (TextOf(entry.FileName) == "NEW FPL") continue;
+            if (EqualNoCase(TextOf(entry.Origin), origin) && EqualNoCase(TextOf(entry.Destination), destination))
+                found = e;
+        }
+    }
+    if (found == 0) {
+        SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    PlanContext& pc = g_plan.context;
+    int state_before = pc.PlanState;
+    std::array<char, kFileNameSize> file = plans.entries[found].FileName;
+    LoadRouteToMod(file.data(), 0);
+    SetText(pc.PlanLoadFile, TextOf(file));
+    // A plan of one leg has no route line; building from it empties a list left from before.
+    BuildRouteRows();
+    pc.PlanState = state_before > 2 ? 4 : 1;
+    // The airports at the ends become the route's origin and destination, at
+    // once while nothing is active, else as modifications that EXEC commits.
+    PlanDataTexts& t = g_plan_texts;
+    int last = pc.ModLastRow;
+    if (last >= 0 && last < kPlanRows) {
+        const PlanWaypoint& first = g_plan.ModPlan[0];
+        const PlanWaypoint& final_row = g_plan.ModPlan[last];
+        bool first_is_airport = TextOf(first.WaypointType) == "APT";
+        bool last_is_airport = last >= 1 && TextOf(final_row.WaypointType) == "APT";
+        if (state_before < 3) {
+            if (first_is_airport) SetText(t.OriginName, TextOf(first.Ident));
+            if (last_is_airport) SetText(t.DestinationName, TextOf(final_row.Ident));
+        } else {
+            if (first_is_airport && TextOf(first.Ident) != TextOf(t.OriginName))
+                SetText(t.ModifiedOrigin, TextOf(first.Ident));
+            if (last_is_airport && TextOf(final_row.Ident) != TextOf(t.DestinationName))
+                SetText(t.ModifiedDestination, TextOf(final_row.Ident));
+        }
+    }
+    ClearScratchpad();
+}
+
+// RUNWAY: one of the origin's runways.
+void EnterDepartureRunway(std::string_view text) {
+    const AirportDetail& origin = g_airports.OriginAirport;
+    bool known = false;
+    for (int i = 1; i <= origin.RunwayCount && i <= kRunwayLimit; ++i)
+        known |= TextOf(origin.Runways[i].Ident) == text;
+    if (!known) {
+        SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    PlanDataTexts& t = g_plan_texts;
+    if (!IsSet(t.DepartureRunway)) {
+        SetText(t.DepartureRunway, text);
+        g_smiths.DepartureRunwayChosen = 1;
+        SetNone(t.PendingDepartureRunway);
+    } else if (g_plan.context.PlanState == 3) {
+        SetText(t.PendingDepartureRunway, text);
+        PlanStateStep();
+    } else {
+        SetText(t.DepartureRunway, text);
+    }
+    ClearScratchpad();
+}
+
+// DEST: the airport ends the route; on an active route it is a modification.
+void EnterDestination(std::string_view text) {
+    const NavRecord* found = FindAirport(text);
+    if (found == nullptr) {
+        SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    PlanWaypoint airport = AirportRow(*found);
+    LoadAirportDetail(text, 2);
+    PlanContext& pc = g_plan.context;
+    PlanDataTexts& t = g_plan_texts;
+    int state = pc.PlanState;
+    if (state < 3) {
+        // With no route yet the airport goes into the active plan, copied to
+        // the edit; a route being built lives in ModPlan and is kept.
+        bool on_active = state == 0;
+        PlanTable& plan = on_active ? g_plan.ActivePlan : g_plan.ModPlan;
+        int& last = on_active ? pc.ActiveLastRow : pc.ModLastRow;
+        if (last >= 0 && !TextOf(plan[0].Ident).empty()) {
+            // An airport at the end is the old destination, and gives way.
+            bool replace = last >= 1 && TextOf(plan[last].WaypointType) == "APT";
+            int row = replace ? last : std::min(last + 1, kPlanLastRowLimit);
+            plan[row] = airport;
+            last = row;
+            if (pc.ActiveLeg == kNoActiveLeg) pc.ActiveLeg = 1;
+            if (on_active) {
+                pc.NextRestrictionRow = row;
+                BeginModification();
+            } else if (pc.ModActiveLeg == kNoActiveLeg || pc.ModActiveLeg < 1) {
+                pc.ModActiveLeg = 1;
+            }
+            MarkModPlanEnd();
+            pc.ActiveWaypointLatitude = plan[1].Latitude;
+            pc.ActiveWaypointLongitude = plan[1].Longitude;
+        }
+        SetText(t.DestinationName, text);
+        SetText(pc.DestinationText, text);
+        for (PlanText* arrival : {&t.StarName, &t.StarTransition, &t.ArrivalRunway, &t.ApproachName,
+                                  &t.ApproachTransition})
+            SetNone(*arrival);
+    } else {
+        if (state == 3) BeginModification();
+        int last = pc.ModLastRow;
+        if (last < 1) {
+            last = std::max(1, last + 1);  // a plan without a last leg gets one
+        } else if (state == 3) {
+            // The old destination's arrival goes with it.
+            int keep = last;
+            while (keep - 1 >= 1 && TextOf(g_plan.ModPlan[keep - 1].SegmentKind) == "STAR") --keep;
+            last = keep;
+        }
+        g_plan.ModPlan[last] = airport;
+        pc.ModLastRow = last;
+        if (pc.ModNextRestrictionRow > last) pc.ModNextRestrictionRow = last;
+        MarkModPlanEnd();
+        SetText(t.ModifiedDestination, text);
+        if (state == 3) PlanStateStep();
+    }
+    ClearArrivalChoices();
+    BuildRouteRows();
+    ClearScratchpad();
+}
+
+void RtePageOneKey(int key) {
+    PlanContext& pc = g_plan.context;
+    std::string_view text = ScratchpadText();
+    bool data_line = key == 1 || key == 2 || key == 6 || (key == 3 && IsSet(g_plan_texts.OriginName));
+    if (data_line && DeleteArmed()) {
+        SetCduMessage(cdu_message::kInvalidDelete);  // nothing on this page can be deleted
+        return;
+    }
+    switch (key) {
+    case 1:
+        if (!text.empty()) EnterOrigin(text);
+        return;
+    case 2:
+        if (!text.empty()) EnterCompanyRoute(text);
+        return;
+    case 3:
+        if (!text.empty() && IsSet(g_plan_texts.OriginName)) EnterDepartureRunway(text);
+        return;
+    case 6:
+        if (!text.empty()) EnterDestination(text);
+        return;
+    case kLeftRow6Key:
+        if (pc.PlanState == 4) PlanErase();
+        return;
+    case kRightRow6Key:
+        if (pc.PlanState == 1)
+            PlanStateStep();
+        else if (pc.PlanState >= 2)
+            g_smiths.CduPage = cdu_page::kPerfInit;
+        return;
+    default: return;  // no line on this key
+    }
+}
+
+void DrawRtePageOne(CduScreen& screen) {
+    const PlanDataTexts& t = g_plan_texts;
+    int state = g_plan.context.PlanState;
+    char value[40];
+    // ORIGIN
+    screen.Label("O R I G I N", kCduLeftLabelX, CduLabelY(1));
+    if (state == 4 && !TextOf(t.ModifiedOrigin).empty()) {
+        screen.Reverse(TextOf(t.ModifiedOrigin), 0, CduValueY(1));
+    } else if (IsSet(t.OriginName)) {
+        std::snprintf(value, sizeof value, "%5s", t.OriginName.data());
+        screen.Value(value, 0, CduValueY(1));
+    } else {
+        screen.Value(kNoValue5, 0, CduValueY(1));
+    }
+    // CO ROUTE is an entry line only.
+    screen.Label("C O   R O U T E", kCduLeftLabelX, CduLabelY(2));
+    screen.Value(kNoValue6, 0, CduValueY(2));
+    // RUNWAY, once there is an origin
+    if (IsSet(t.OriginName)) {
+        screen.Label("R U N W A Y", kCduLeftLabelX, CduLabelY(3));
+        if (state == 4 && IsSet(t.PendingDepartureRunway))
+            screen.Reverse(TextOf(t.PendingDepartureRunway), 0, kRunwayValueY);
+        else if (IsSet(t.DepartureRunway))
+            screen.Value(TextOf(t.DepartureRunway), 0, kRunwayValueY);
+        else
+            screen.Value(kNoValue5, 0, kRunwayValueY);
+    }
+    // DEST
+    screen.Label("D E S T", kDestinationLabelX, CduLabelY(1));
+    if (state == 4 && !TextOf(t.ModifiedDestination).empty()) {
+        screen.Reverse(TextOf(t.ModifiedDestination), kDestinationValueX, CduValueY(1));
+    } else if (IsSet(t.DestinationName)) {
+        std::snprintf(value, sizeof value, "%5s", t.DestinationName.data());
+        screen.Value(value, kDestinationValueX, CduValueY(1));
+    } else {
+        screen.BoxPrompt(kDestinationLabelX, CduValueY(1));
+    }
+    // Row 6
+    screen.Rule();
+    if (state == 4) screen.Value("< ERASE", 0, kRow6ValueY);
+    if (state == 1) screen.Value("ACTIVATE >", kCduRightEdge, kRow6ValueY, gdi::TextAlign::Right);
+    if (state >= 2) screen.Value("PERF INIT >", kCduRightEdge, kRow6ValueY, gdi::TextAlign::Right);
+}
+}  // namespace
+
+// [SECTION] RTE pages 2 and up
+namespace {
+bool IsGap(std::string_view name) { return name == "DISCO" || name == "THEN"; }
+
+int FirstRouteLine(int page) { return kRouteLinesPerPage * (page - 2) + 1; }
+
+// The route-editing operations (airways, insertions, joining entries) come
+// with the plan-editing pages; what needs none of them is carried out here.
+void RouteLinesKey(int key, int page) {
+    std::string_view text = ScratchpadText();
+    if (key == kRightRow6Key) {
+        if (DeleteArmed()) SetCduMessage(cdu_message::kInvalidDelete);
+        return;
+    }
+    if (key < 1 || key > 10) return;
+    bool to_column = key > kRouteLinesPerPage;
+    int line = FirstRouteLine(page) + (key - 1) % kRouteLinesPerPage;
+    bool has_line = line <= g_route_rows.count && line <= kRouteRowLimit;
+    if (to_column) {
+        if (DeleteArmed()) {
+            SetCduMessage(cdu_message::kInvalidDelete);
+            return;
+        }
+        if (text.empty()) {
+            if (has_line) SetScratchpad(TextOf(g_route_rows.rows[line].ToWaypoint));
+            return;
+        }
+        if (has_line && text == TextOf(g_route_rows.rows[line].ToWaypoint)) {
+            SetCduMessage(cdu_message::kInvalidEntry);
+            return;
+        }
+        if (ResolveName(0, text) == 0) SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    // VIA: an airway needs a fix to start from.
+    if (!DeleteArmed() && !text.empty() && line == 1) SetCduMessage(cdu_message::kInvalidEntry);
+}
+
+void DrawRouteLines(CduScreen& screen, int page) {
+    screen.Label("V I A", kCduLeftLabelX, CduLabelY(1));
+    screen.Label("T O", kRouteToLabelX, CduLabelY(1));
+    int first = FirstRouteLine(page);
+    const RouteRowList& rows = g_route_rows;
+    for (int i = 0; i < kRouteLinesPerPage; ++i) {
+        int line = first + i;
+        float y = CduValueY(1 + i);
+        if (line > rows.count || line > kRouteRowLimit) {
+            // One empty line for the next entry, unless the page is full.
+            screen.Value(kNoValue6, 0, y);
+            screen.Value(kNoValue5, kNewLineRightX, y);
+            break;
+        }
+        const RouteRow& row = rows.rows[line];
+        std::string_view next_airway = line + 1 <= rows.count && line + 1 <= kRouteRowLimit
+                                           ? TextOf(rows.rows[line + 1].Airway)
+                                           : std::string_view{};
+        if (IsGap(next_airway)) {
+            screen.Value(TextOf(row.Airway) == "DISCO" ? kNoValue6 : TextOf(row.Airway), 0, y);
+            screen.Label("THEN", kThenX, y - 11);
+            screen.BoxPrompt(kDestinationLabelX, y);
+        } else if (IsGap(TextOf(row.ToWaypoint))) {
+            screen.Label("- -   R O U T E    D I S C O N T I N U I T Y  -", 0, y - 11);
+            screen.Value(kNoValue6, 0, y);
+        } else {
+            screen.Value(TextOf(row.Airway), 0, y);
+            screen.Value(TextOf(row.ToWaypoint), kCduRightEdge, y, gdi::TextAlign::Right);
+        }
+    }
+}
+}  // namespace
+
+// [SECTION] RTE page
+void RtePage(CduScreen& screen) {
+    SmithsCduState& s = g_smiths;
+    PlanContext& pc = g_plan.context;
+    // The RTE key opened the page: an active plan becomes the edit's start.
+    if (s.RteEntryLatch) {
+        if (pc.PlanState == 3) BeginModification();
+        BuildRouteRows();
+    }
+    StepPages(s.rte, RtePageCount());
+    int key = s.LineSelectLatch;
+    if (key != 0) {
+        if (s.rte.page == 1)
+            RtePageOneKey(key);
+        else
+            RouteLinesKey(key, s.rte.page);
+    }
+    // An entry may have changed the route's lines. A key that led to another
+    // page leaves this frame's picture to this page; the next frame is that page's.
+    s.rte.count = RtePageCount();
+    if (s.rte.page > s.rte.count) s.rte.page = s.rte.count;
+    screen.Title("RTE");
+    screen.Count("%2d/%2d", s.rte.page, s.rte.count);
+    if (s.rte.page == 1)
+        DrawRtePageOne(screen);
+    else
+        DrawRouteLines(screen, s.rte.page);
+}
+
+// [SECTION] Pages still to come
+// Their keys already lead here; each shows its title until its lines come.
+void RteLegsPage(CduScreen& screen) {
+    SmithsCduState& s = g_smiths;
+    int state = g_plan.context.PlanState;
+    if (s.LegsEntryLatch && (state == 0 || state == 3)) BeginModification();
+    screen.Title("RTE    LEGS");
+}
+
+void SelectWaypointPage(CduScreen& screen) { screen.Title("SELECT WAYPOINT", 40); }
+
+void DeparturesPage(CduScreen& screen) {
+    char title[48];
+    std::snprintf(title, sizeof title, "%s DEPARTURES", g_plan_texts.OriginName.data());
+    screen.Title(title, 25);
+}
+
+void ArrivalsPage(CduScreen& screen) {
+    char title[48];
+    std::snprintf(title, sizeof title, "%s ARRIVALS", g_plan_texts.DestinationName.data());
+    screen.Title(title, 40);
+}
+
+void DepArrIndexPage(CduScreen& screen) { screen.Title("DEP/ARR INDEX"); }
+
+void RteHoldPage(CduScreen& screen) { screen.Title("RTE        HOLD"); }

@@ -1,0 +1,55 @@
+// screen_reference_test.cpp: whole RTE screens, read back as text grids,
+// against the grids stored in tests/cdu/reference/. A grid row is a drawn
+// y in design units; a string stands at its x / 7; reverse video is in
+// brackets. ORB_UPDATE_REFERENCE=1 writes the grids anew (then review the diff).
+#include "cdu_rig.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+using namespace cdu_test;
+
+namespace {
+void ExpectScreen(const CduRig& cdu, const char* name) {
+    std::string path = std::string(ORB_SOURCE_DIR) + "/tests/cdu/reference/" + name + ".txt";
+    std::string screen = cdu.Screen();
+    const char* update = std::getenv("ORB_UPDATE_REFERENCE");
+    if (update != nullptr && update[0] == '1') {
+        std::ofstream(path, std::ios::binary) << screen;
+        return;
+    }
+    std::ifstream in(path, std::ios::binary);
+    ASSERT_TRUE(in.good()) << "no reference " << path;
+    std::stringstream want;
+    want << in.rdbuf();
+    EXPECT_EQ(screen, want.str()) << name;
+}
+}  // namespace
+
+TEST(CduScreenReference, RtePagesOfALoadedRoute) {
+    CduRig cdu;
+    cdu.PressAndFrame("RTE");
+    ExpectScreen(cdu, "rte_empty");
+    cdu.Type("KSEAKGEG");
+    cdu.PressAndFrame("LSK2L");
+    cdu.Type("16L");
+    cdu.PressAndFrame("LSK3L");
+    ExpectScreen(cdu, "rte_loaded");
+    cdu.PressAndFrame("NEXT_PAGE");
+    ExpectScreen(cdu, "rte_lines");
+}
+
+TEST(CduScreenReference, RtePageOfAModifiedRoute) {
+    CduRig cdu;
+    cdu.PressAndFrame("RTE");
+    cdu.Type("KSEAKGEG");
+    cdu.PressAndFrame("LSK2L");
+    cdu.PressAndFrame("LSK6R");
+    cdu.PressAndFrame("EXEC");
+    cdu.Type("KOLM");
+    cdu.PressAndFrame("LSK1R");
+    cdu.Type("XYZ");
+    cdu.PressAndFrame("LSK1L");
+    ExpectScreen(cdu, "rte_modified");
+}
