@@ -8,6 +8,7 @@
 //   [SECTION] Running
 #include "script.h"
 
+#include "cdu_keys.h"
 #include "route_plot.h"
 
 #include "aircraft_fields.h"
@@ -98,6 +99,8 @@ constexpr CommandSpec kCommands[] = {
     {"echo", 0, -1, "echo TEXT"},
     {"fps", 1, 1, "fps N"},
     {"plot", 2, 2, "plot FILE ROUTE"},
+    {"key", 2, -1, "key GAUGE NAME"},
+    {"type", 2, -1, "type GAUGE TEXT"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains"};
@@ -679,6 +682,34 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             if (!result.delivered)
                 std::fprintf(stderr, "orbsim: %sclick at %s,%s of %s hit no mouse area\n", where.c_str(), w[2].c_str(),
                              w[3].c_str(), w[1].c_str());
+        } else if (cmd == "key" || cmd == "type") {
+            // A pilot's presses: the middle of each key's box, then a drawn
+            // frame, since a page acts on only the last press of a frame.
+            if (!need_panel()) return bad(cmd + " needs a panel: no panel is loaded");
+            GaugeInstance* inst = FindInstance(host.gauges, w[1]);
+            if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
+            const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst->window)];
+            if (!window.virtual_cockpit && !window.visible)
+                return bad("gauge " + w[1] + " is in [" + window.section + "], which is closed: no one can press its keys");
+            std::vector<const CduKey*> presses;
+            if (cmd == "key") {
+                std::string name = Join(w, 2, w.size());
+                const CduKey* key = FindKeyByName(inst->name, name);
+                if (key == nullptr) return bad("gauge " + inst->name + " has no key '" + name + "'");
+                presses.push_back(key);
+            } else {
+                std::string text = Join(w, 2, w.size());
+                for (char c : text) {
+                    const CduKey* key = FindKeyForCharacter(inst->name, c);
+                    if (key == nullptr) return bad("gauge " + inst->name + " has no key that types '" + std::string(1, c) + "'");
+                    presses.push_back(key);
+                }
+            }
+            for (const CduKey* key : presses) {
+                ClickResult result = DeliverClick(*inst, key->x + key->w / 2, key->y + key->h / 2, MOUSE_LEFTSINGLE);
+                if (!result.delivered) return bad("key " + std::string(key->name) + " of " + inst->name + " took no click");
+                RunFrame(host, false);
+            }
         } else if (cmd == "set") {
             std::string name = Join(w, 1, w.size() - 1);
             ParseNumber(w.back(), number);
