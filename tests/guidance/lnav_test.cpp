@@ -307,3 +307,30 @@ TEST(LnavHeading, MagneticBearingsGoOutAsWholeDegrees) {
     EXPECT_EQ(static_cast<int>(NormaliseMagnetic(0.6)), 0);
     EXPECT_EQ(static_cast<int>(NormaliseMagnetic(359.7)), 359);
 }
+
+TEST_F(LnavFlight, RabbitLiesOnTheLegAheadOfTheAbeamPoint) {
+    // A due-north leg; the aircraft 2 nm east of it, tracking the leg.
+    PlaceActivePlan({{"A", 47.0, -122.0}, {"B", 48.0, -122.0}, {"C", 48.5, -122.0}});
+    Place(47.4, -122.0 + 2.0 / (60.0 * std::cos(47.4 * kDegToRad)), 0);
+    LnavToggle();
+    Step();
+    g_lnav.InterceptActive = 0;
+    g_lnav.LegTracking = 1;
+    Step();
+    // Within 3.5 nm of the leg the rabbit is 3 nm ahead of the abeam point, on the leg.
+    EXPECT_NEAR(g_lnav.XtkDistance, 2.0, 0.05);
+    EXPECT_NEAR(g_lnav.RabbitPoint.lon, -122.0, 1e-6);
+    double along = g_lnav.LegLength - g_lnav.DistToActive + 3.0;
+    EXPECT_NEAR(g_lnav.RabbitPoint.lat, 47.0 + along / 60.0, 0.01);
+    // The command points at it: west of north, toward the leg.
+    double to_rabbit = 0, bearing = 0;
+    GreatCircle(lat, lon, g_lnav.RabbitPoint.lat, g_lnav.RabbitPoint.lon, to_rabbit, bearing);
+    EXPECT_NEAR(g_lnav.HeadingCommand, NormaliseMagnetic(bearing - variation), 0.05);
+    EXPECT_GT(std::remainder(bearing - 360.0, 360.0), -40.0);
+    EXPECT_LT(std::remainder(bearing - 360.0, 360.0), -30.0);  // atan(2/3) = 33.7 degrees
+    // Far off the leg (10 nm or more) LNAV flies straight at the waypoint instead.
+    Place(47.4, -122.0 + 12.0 / (60.0 * std::cos(47.4 * kDegToRad)), 0);
+    Step();
+    EXPECT_EQ(g_lnav.LegTracking, 0);
+    EXPECT_NEAR(g_lnav.HeadingCommand, g_lnav.BearingToActive, 1e-9);
+}
