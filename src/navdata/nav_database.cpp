@@ -485,7 +485,7 @@ struct PrefetchState {
 };
 PrefetchState g_prefetch;
 
-constexpr int kPrefetchRowsPerStep = 8000;  // a slice costs about what a map frame does
+constexpr int kPrefetchRowsPerStep = 2000;  // a slice costs about what a map frame does
 
 // One step of a prefetch: starts it, scans a slice, or finishes it.
 void PrefetchStep(SubsetPrefetch& p, const BulkTable& table, double radius, bool kind_and_frequency, double latitude,
