@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -75,7 +76,9 @@ BENCHMARK(BM_ReadLinesFloor)->Unit(benchmark::kMillisecond);
 
 static void BM_LoadNavDatabase(benchmark::State& state) {
     UseFullSize();
-    double floor = ReadLinesSeconds();
+    // The floor warm, as the load will find the files: the best of three reads.
+    double floor = 1e9;
+    for (int i = 0; i < 3; ++i) floor = std::min(floor, ReadLinesSeconds());
     double load_total = 0;
     for (auto _ : state) {
         auto start = std::chrono::steady_clock::now();
