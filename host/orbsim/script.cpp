@@ -129,14 +129,14 @@ std::string Join(const std::vector<std::string>& words, size_t first, size_t end
 // The checks that need nothing but the line itself.
 bool CheckLine(const ScriptLine& line, std::string& error) {
     const std::string& name = line.words[0];
-    const CommandSpec* spec = FindCommand(name);
-    if (spec == nullptr) {
+    const CommandSpec* shape = FindCommand(name);
+    if (shape == nullptr) {
         error = "unknown command '" + name + "' (orbsim --help lists them)";
         return false;
     }
     int args = static_cast<int>(line.words.size()) - 1;
-    if (args < spec->min_args || (spec->max_args >= 0 && args > spec->max_args)) {
-        error = "usage: " + std::string(spec->usage);
+    if (args < shape->min_args || (shape->max_args >= 0 && args > shape->max_args)) {
+        error = "usage: " + std::string(shape->usage);
         return false;
     }
     double number = 0;

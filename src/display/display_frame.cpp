@@ -83,8 +83,8 @@ bool SlowRefreshDue() { return g_tick.slow_refresh < 2; }
 void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     // 1. No context, no picture.
     if (hdc == nullptr || width <= 0 || height <= 0) return;
-    DisplayFrameSpec spec = FrameSpecOf(id);
-    if (spec.design_width <= 0) return;
+    DisplayFrameSpec shape = FrameSpecOf(id);
+    if (shape.design_width <= 0) return;
 
     // 2. Size and graphics object.
     gdi::Graphics graphics(hdc);
@@ -93,16 +93,16 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     surface.graphics = &graphics;
     surface.width = width;
     surface.height = height;
-    surface.scale_x = static_cast<float>(width) / static_cast<float>(spec.design_width);
-    surface.scale_y = static_cast<float>(height) / static_cast<float>(spec.design_height);
+    surface.scale_x = static_cast<float>(width) / static_cast<float>(shape.design_width);
+    surface.scale_y = static_cast<float>(height) / static_cast<float>(shape.design_height);
     surface.instance = instance;
 
     // 3. Smoothing.
-    graphics.SetSmoothing(spec.smoothing);
+    graphics.SetSmoothing(shape.smoothing);
 
     // 4. Dark screen: power off, or the picture is shown by the pop-up.
     if (g_sim.avionics_power == 0 || instance == 2) {
-        graphics.Clear(spec.clear_colour);
+        graphics.Clear(shape.clear_colour);
         return;
     }
 
@@ -110,11 +110,11 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     graphics.SetTextHint(TextRenderingHintAntiAlias);
 
     // 6. Background over the design rectangle.
-    graphics.Clear(spec.clear_colour);
+    graphics.Clear(shape.clear_colour);
     ResetToDesign(surface);
-    if (spec.has_background) {
+    if (shape.has_background) {
         gdi::SolidBrush background(OpaqueOf(BackgroundOf(id)));
-        graphics.FillRectangle(background, 0, 0, spec.design_width, spec.design_height);
+        graphics.FillRectangle(background, 0, 0, shape.design_width, shape.design_height);
     }
 
     // 7. The page; the families still to come show their background.

@@ -51,7 +51,7 @@ bool ParamIs(const char* parameters, const char* word) {
 }
 
 void GaugeClick(GaugeId id) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     switch (id) {
     case G::LNAV: LnavToggle(); return;
     case G::VNAV: VnavToggle(); return;
@@ -59,7 +59,7 @@ void GaugeClick(GaugeId id) {
     case G::DEBUG: return;
     default: break;
     }
-    if (spec.window != 0) PanelWindowToggle(static_cast<UINT32>(spec.window));
+    if (shape.window != 0) PanelWindowToggle(static_cast<UINT32>(shape.window));
 }
 }  // namespace
 
@@ -130,10 +130,10 @@ void StartupOnce(GaugeId id, const char* parameters) {
 
 // [SECTION] Instance logic and the draw step
 int WorkOutDrawInstance(GaugeId id, const char* parameters) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     int instance = 1;
     if (ParamIs(parameters, "VC") && IsPanelWindowVisible(0)) instance = 0;
-    bool own_window_visible = spec.window != 0 && IsPanelWindowVisible(static_cast<UINT32>(spec.window));
+    bool own_window_visible = shape.window != 0 && IsPanelWindowVisible(static_cast<UINT32>(shape.window));
     if (own_window_visible && !ParamIs(parameters, "WN")) instance = 2;
     if (Is(id, {G::P1000_MFD, G::P1000_MFD_NB})) {
         if (ParamIs(parameters, "VC2")) instance = 3;
@@ -163,17 +163,17 @@ namespace {
 // Calls the family's draw routine on the surface, then marks the layer for
 // the simulator to take the new pixels, drawn or not.
 void DrawStep(GaugeId id, GAUGEHDR* gauge, int instance) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     int surface_layer = id == G::C17_MFD ? 0 : 1;
     ELEMENT_HEADER* element = LayerElement(gauge, surface_layer);
     if (element == nullptr) return;
     if (element->element_type == ELEMENT_TYPE_STATIC_IMAGE) {
         auto* image = reinterpret_cast<ELEMENT_STATIC_IMAGE*>(element);
-        if (image->hdc != nullptr && spec.surface_width > 0) {
-            if (spec.family == GaugeFamily::Cdu)
-                DrawCdu(id, static_cast<HDC>(image->hdc), spec.surface_width, spec.surface_height);
+        if (image->hdc != nullptr && shape.surface_width > 0) {
+            if (shape.family == GaugeFamily::Cdu)
+                DrawCdu(id, static_cast<HDC>(image->hdc), shape.surface_width, shape.surface_height);
             else
-                DrawDisplay(id, static_cast<HDC>(image->hdc), spec.surface_width, spec.surface_height, instance);
+                DrawDisplay(id, static_cast<HDC>(image->hdc), shape.surface_width, shape.surface_height, instance);
         }
     }
     element->image_flags = static_cast<FLAGS>(static_cast<FLAGS32>(element->image_flags) & ~IMAGE_ON_SCREEN);
@@ -223,12 +223,12 @@ void SwitchLayers(GaugeId id, GAUGEHDR* gauge) {
 
 // [SECTION] GaugeCallback
 void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_data) {
-    const GaugeSpec& spec = SpecOf(id);
-    if (spec.log_line != nullptr) WriteLogLine(spec.log_line);
+    const GaugeSpec& shape = SpecOf(id);
+    if (shape.log_line != nullptr) WriteLogLine(shape.log_line);
     if (id == G::BDRY) return;  // its one click is all it does
     const char* parameters = gauge != nullptr ? gauge->parameters : nullptr;
-    bool is_cdu = spec.family == GaugeFamily::Cdu && id != G::C17_MFCP;
-    bool is_display = spec.family == GaugeFamily::Display;
+    bool is_cdu = shape.family == GaugeFamily::Cdu && id != G::C17_MFCP;
+    bool is_display = shape.family == GaugeFamily::Display;
 
     switch (service_id) {
     case PANEL_SERVICE_PRE_INSTALL:

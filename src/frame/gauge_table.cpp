@@ -94,7 +94,7 @@ GaugeId GaugeIdByName(const char* name) {
 namespace {
 // Icon layers sit on the bezel where their lamp or switch is.
 LayerSpec IconLayerOf(GaugeId id, int icon_index) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     switch (id) {
     case GaugeId::SMITHS_FMS:
     case GaugeId::SMITHS_FMS_BR:
@@ -114,32 +114,32 @@ LayerSpec IconLayerOf(GaugeId id, int icon_index) {
     }
     if (const LayerSpec* layer = ControlPanelIconLayer(id, icon_index)) return *layer;
     // A lamp strip along the panel's bottom edge.
-    int n = spec.icon_layers > 0 ? spec.icon_layers : 1;
-    int w = spec.bezel_width / n;
-    return {icon_index * w, spec.bezel_height - 10, w, 10, false, true};
+    int n = shape.icon_layers > 0 ? shape.icon_layers : 1;
+    int w = shape.bezel_width / n;
+    return {icon_index * w, shape.bezel_height - 10, w, 10, false, true};
 }
 }  // namespace
 
 int LayerCount(GaugeId id) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     if (id == GaugeId::SERVER) return 0;
     if (id == GaugeId::C17_MFD) return 1;
     int layers = 1;  // bezel or backing
-    if (spec.surface_width > 0) ++layers;
-    return layers + spec.icon_layers;
+    if (shape.surface_width > 0) ++layers;
+    return layers + shape.icon_layers;
 }
 
 LayerSpec LayerOf(GaugeId id, int layer) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     if (layer < 0 || layer >= LayerCount(id)) return {};
-    if (id == GaugeId::C17_MFD) return {0, 0, spec.surface_width, spec.surface_height, true, false};
+    if (id == GaugeId::C17_MFD) return {0, 0, shape.surface_width, shape.surface_height, true, false};
     if (layer == 0) {
-        if (spec.bezel_width > 0) return {0, 0, spec.bezel_width, spec.bezel_height, false, false};
-        return {0, 0, spec.surface_width, spec.surface_height, false, false};
+        if (shape.bezel_width > 0) return {0, 0, shape.bezel_width, shape.bezel_height, false, false};
+        return {0, 0, shape.surface_width, shape.surface_height, false, false};
     }
     int first_icon = 1;
-    if (spec.surface_width > 0) {
-        if (layer == 1) return {spec.surface_x, spec.surface_y, spec.surface_width, spec.surface_height, true, false};
+    if (shape.surface_width > 0) {
+        if (layer == 1) return {shape.surface_x, shape.surface_y, shape.surface_width, shape.surface_height, true, false};
         first_icon = 2;
     }
     return IconLayerOf(id, layer - first_icon);
@@ -194,7 +194,7 @@ GaugeTableState g_table;
 
 void BuildElements(GaugeId id) {
     GaugeElements& e = g_table.elements[Index(id)];
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     int layers = LayerCount(id);
     ELEMENT_HEADER* previous = nullptr;
     for (int k = layers - 1; k >= 0; --k) {
@@ -212,7 +212,7 @@ void BuildElements(GaugeId id) {
             image.header.element_type = ELEMENT_TYPE_STATIC_IMAGE;
             header = &image.header;
             if (layer.surface) flags = IMAGE_USE_ERASE | IMAGE_USE_BRIGHT | IMAGE_CREATE_DIBSECTION;
-            if (k == 0 && spec.luminous) flags |= IMAGE_USE_LUMINOUS;
+            if (k == 0 && shape.luminous) flags |= IMAGE_USE_LUMINOUS;
         }
         header->resource_id = ResourceIdOf(id, k);
         header->position = PIXPOINT{layer.x, layer.y};
@@ -231,19 +231,19 @@ void BuildTable() {
     t.built = true;
     for (int i = 0; i < kGaugeCount; ++i) {
         auto id = static_cast<GaugeId>(i);
-        const GaugeSpec& spec = SpecOf(id);
-        std::snprintf(t.names[i].data(), t.names[i].size(), "%s", spec.name);
+        const GaugeSpec& shape = SpecOf(id);
+        std::snprintf(t.names[i].data(), t.names[i].size(), "%s", shape.name);
         BuildElements(id);
 
         MouseAreaList areas;
-        int width = spec.bezel_width > 0 ? spec.bezel_width : spec.surface_width;
-        int height = spec.bezel_width > 0 ? spec.bezel_height : spec.surface_height;
-        switch (spec.family) {
+        int width = shape.bezel_width > 0 ? shape.bezel_width : shape.surface_width;
+        int height = shape.bezel_width > 0 ? shape.bezel_height : shape.surface_height;
+        switch (shape.family) {
         case GaugeFamily::Cdu: CduMouseAreas(id, areas); break;
         case GaugeFamily::ControlPanel: ControlPanelMouseAreas(id, areas); break;
         case GaugeFamily::Display:
             if (id == GaugeId::P1000_MFD || id == GaugeId::C17_MFD) ControlPanelMouseAreas(id, areas);
-            else if (spec.mouse_rows > 2) areas.Button(0, 0, width, height, GaugeClickHandler(id));
+            else if (shape.mouse_rows > 2) areas.Button(0, 0, width, height, GaugeClickHandler(id));
             break;
         case GaugeFamily::ModeButton:
         case GaugeFamily::WindowOpener:
@@ -269,7 +269,7 @@ void BuildTable() {
         h.size_x_mm = 312;
         h.size_y_mm = 0;
         h.mouse_rect = t.mouse[i].data();
-        h.gauge_callback = spec.has_callback ? GaugeCallbackOf(id) : nullptr;
+        h.gauge_callback = shape.has_callback ? GaugeCallbackOf(id) : nullptr;
     }
 }
 

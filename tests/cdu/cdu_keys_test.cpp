@@ -75,16 +75,16 @@ TEST(CduKeys, MouseTableRowsCarryEveryKeyWithItsHandler) {
 }
 
 TEST(CduKeys, EveryKeyBoxIsACapOfTheBezelWithItsLegend) {
-    const GaugeSpec& spec = SpecOf(GaugeId::SMITHS_FMS);
+    const GaugeSpec& shape = SpecOf(GaugeId::SMITHS_FMS);
     int line_keys = 0;
     for (int k = 0; k < CduKeyCount(GaugeId::SMITHS_FMS); ++k) {
         const CduKeyBox& key = *CduKeyAt(GaugeId::SMITHS_FMS, k);
         if (key.action == CduKeyAction::ScreenCentre) {
             // A click on the screen itself.
-            EXPECT_GE(key.x, spec.surface_x);
-            EXPECT_GE(key.y, spec.surface_y);
-            EXPECT_LE(key.x + key.w, spec.surface_x + spec.surface_width);
-            EXPECT_LE(key.y + key.h, spec.surface_y + spec.surface_height);
+            EXPECT_GE(key.x, shape.surface_x);
+            EXPECT_GE(key.y, shape.surface_y);
+            EXPECT_LE(key.x + key.w, shape.surface_x + shape.surface_width);
+            EXPECT_LE(key.y + key.h, shape.surface_y + shape.surface_height);
             continue;
         }
         const CapSpec* cap = nullptr;
@@ -96,7 +96,7 @@ TEST(CduKeys, EveryKeyBoxIsACapOfTheBezelWithItsLegend) {
             EXPECT_EQ(cap->kind, CapKind::LineKey) << key.name;
             // Left keys in the left column, right keys in the right one, top to bottom.
             bool left = key.name[4] == 'L';
-            EXPECT_EQ(key.x < spec.surface_x, left) << key.name;
+            EXPECT_EQ(key.x < shape.surface_x, left) << key.name;
             EXPECT_EQ(key.value, left ? (key.name[3] == '6' ? 11 : key.name[3] - '0')
                                       : (key.name[3] == '6' ? 12 : key.name[3] - '0' + 5))
                 << key.name;

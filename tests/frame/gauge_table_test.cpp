@@ -86,9 +86,9 @@ TEST(GaugeTable, MouseTablesHaveTheRowCountsAndTheNestedForm) {
 TEST(GaugeTable, DisplaysAndOpenersHaveOneWholeGaugeArea) {
     for (GaugeId id : {GaugeId::HW_B737_ND, GaugeId::FMS_OPEN, GaugeId::DU_1000_EHSI_NB, GaugeId::LNAV}) {
         const MOUSERECT* rows = MouseTableOf(id);
-        const GaugeSpec& spec = SpecOf(id);
-        int w = spec.bezel_width ? spec.bezel_width : spec.surface_width;
-        int h = spec.bezel_width ? spec.bezel_height : spec.surface_height;
+        const GaugeSpec& shape = SpecOf(id);
+        int w = shape.bezel_width ? shape.bezel_width : shape.surface_width;
+        int h = shape.bezel_width ? shape.bezel_height : shape.surface_height;
         EXPECT_EQ(rows[1].relative_box.x, 0);
         EXPECT_EQ(rows[1].relative_box.size_x, w) << GaugeName(id);
         EXPECT_EQ(rows[1].relative_box.size_y, h) << GaugeName(id);

@@ -182,12 +182,12 @@ TEST(Resources, GreyStandInsHaveTheGaugeTablesLayerSizes) {
     for (int i = 0; i < kGaugeCount; ++i) {
         auto id = static_cast<GaugeId>(i);
         for (int layer = 0; layer < LayerCount(id); ++layer) {
-            LayerSpec spec = LayerOf(id, layer);
+            LayerSpec shape = LayerOf(id, layer);
             int w = 0, h = 0;
             uint32_t resource = static_cast<uint32_t>(ResourceIdOf(id, layer));
             ASSERT_TRUE(orbsim::FallbackLayerSize(resource, w, h)) << GaugeName(id) << " " << layer;
-            EXPECT_EQ(w, spec.width) << GaugeName(id) << " " << layer;
-            EXPECT_EQ(h, spec.height) << GaugeName(id) << " " << layer;
+            EXPECT_EQ(w, shape.width) << GaugeName(id) << " " << layer;
+            EXPECT_EQ(h, shape.height) << GaugeName(id) << " " << layer;
         }
     }
     // A missing section: grey of the layer's size; an unknown resource: the small square.

@@ -78,9 +78,9 @@ TEST(GaugeBitmaps, EveryLayerHasABitmapOfItsOwnSize) {
             std::string error;
             ASSERT_TRUE(resource_reader::DecodeBmp({file.data(), file.size()}, bitmap, error))
                 << it->second << ": " << error;
-            LayerSpec spec = LayerOf(id, layer);
-            EXPECT_EQ(bitmap.width, spec.width) << LayerName(id, layer);
-            EXPECT_EQ(bitmap.height, spec.height) << LayerName(id, layer);
+            LayerSpec shape = LayerOf(id, layer);
+            EXPECT_EQ(bitmap.width, shape.width) << LayerName(id, layer);
+            EXPECT_EQ(bitmap.height, shape.height) << LayerName(id, layer);
             EXPECT_EQ(bitmap.bits_per_pixel, 24) << LayerName(id, layer);
 
             // Transparency is pure black; anything drawn must stay visibly
@@ -93,15 +93,15 @@ TEST(GaugeBitmaps, EveryLayerHasABitmapOfItsOwnSize) {
                 if ((r >> 3) == 0 && (g8 >> 2) == 0 && (b >> 3) == 0) ++too_dark;
             }
             EXPECT_EQ(too_dark, 0u) << LayerName(id, layer) << " has pixels that vanish in 16-bit colour";
-            if (spec.surface || (layer == 0 && SpecOf(id).bezel_width == 0 && !spec.icon)) {
+            if (shape.surface || (layer == 0 && SpecOf(id).bezel_width == 0 && !shape.icon)) {
                 EXPECT_EQ(opaque, 0u) << LayerName(id, layer) << ": a surface or backing must be plain black";
             } else {
                 // A bezel covers its box but for the screen and the rounded
                 // corners; a lamp or switch shows at least a 10 x 10 patch.
                 size_t frame = bitmap.pixels.size() - static_cast<size_t>(SpecOf(id).surface_width) *
                                                           static_cast<size_t>(SpecOf(id).surface_height);
-                EXPECT_GT(opaque, spec.icon ? 100 : frame * 9 / 10) << LayerName(id, layer);
-                if (!spec.icon) {
+                EXPECT_GT(opaque, shape.icon ? 100 : frame * 9 / 10) << LayerName(id, layer);
+                if (!shape.icon) {
                     EXPECT_LE(opaque, frame) << LayerName(id, layer) << " paints over its screen";
                 }
             }
@@ -184,14 +184,14 @@ TEST(GaugeBitmaps, TheLinuxModuleCarriesExactlyTheListedBitmaps) {
 TEST(GaugeBitmaps, IconLayersSitOnTheirControlsInsideTheBezel) {
     for (int g = 0; g < kGaugeCount; ++g) {
         auto id = static_cast<GaugeId>(g);
-        const GaugeSpec& spec = SpecOf(id);
+        const GaugeSpec& shape = SpecOf(id);
         for (int layer = 1; layer < LayerCount(id); ++layer) {
             LayerSpec l = LayerOf(id, layer);
             if (!l.icon) continue;
             EXPECT_GE(l.x, 0) << LayerName(id, layer);
             EXPECT_GE(l.y, 0) << LayerName(id, layer);
-            EXPECT_LE(l.x + l.width, spec.bezel_width) << LayerName(id, layer);
-            EXPECT_LE(l.y + l.height, spec.bezel_height) << LayerName(id, layer);
+            EXPECT_LE(l.x + l.width, shape.bezel_width) << LayerName(id, layer);
+            EXPECT_LE(l.y + l.height, shape.bezel_height) << LayerName(id, layer);
             const IconSpec* icon = IconSpecOf(id, layer);
             ASSERT_NE(icon, nullptr) << LayerName(id, layer) << " has no picture record";
             if (icon->w > 0) {
@@ -226,17 +226,17 @@ TEST(GaugeBitmaps, ClickAreasLandOnDrawnControls) {
     int checked = 0;
     for (int g = 0; g < kGaugeCount; ++g) {
         auto id = static_cast<GaugeId>(g);
-        const GaugeSpec& spec = SpecOf(id);
-        if (spec.family != GaugeFamily::Cdu && spec.family != GaugeFamily::ControlPanel && id != GaugeId::P1000_MFD)
+        const GaugeSpec& shape = SpecOf(id);
+        if (shape.family != GaugeFamily::Cdu && shape.family != GaugeFamily::ControlPanel && id != GaugeId::P1000_MFD)
             continue;
         const MOUSERECT* rows = MouseTableOf(id);
         for (int r = 1; r < MouseRowCount(id); ++r) {
             if (rows[r].rect_type != MOUSE_RECT_PARENT) continue;
             PIXBOX b = rows[r].relative_box;
             if (b.size_x == 0 || b.size_y == 0) continue;  // an inert row of a table still to be filled
-            if (spec.surface_width > 0 && b.x >= spec.surface_x && b.y >= spec.surface_y &&
-                b.x + b.size_x <= spec.surface_x + spec.surface_width &&
-                b.y + b.size_y <= spec.surface_y + spec.surface_height)
+            if (shape.surface_width > 0 && b.x >= shape.surface_x && b.y >= shape.surface_y &&
+                b.x + b.size_x <= shape.surface_x + shape.surface_width &&
+                b.y + b.size_y <= shape.surface_y + shape.surface_height)
                 continue;  // a click on the screen
             bool drawn = false;
             GaugeId base = LayoutGauge(id);

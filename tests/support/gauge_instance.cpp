@@ -22,10 +22,10 @@ GaugeInstance::GaugeInstance(const GAUGEHDR& source_header, GaugeId gauge, const
         copy->gauge_header = &header;
         if (source->element_type == ELEMENT_TYPE_STATIC_IMAGE &&
             (static_cast<FLAGS32>(source->image_flags) & IMAGE_CREATE_DIBSECTION)) {
-            LayerSpec spec = LayerOf(gauge, layer);
-            pixels.emplace_back(static_cast<size_t>(spec.width * spec.height));
+            LayerSpec shape = LayerOf(gauge, layer);
+            pixels.emplace_back(static_cast<size_t>(shape.width * shape.height));
             auto dc = std::make_unique<OrbDeviceContext>();
-            *dc = {kOrbDeviceContextMagic, pixels.back().data(), spec.width, spec.height, spec.width * 4};
+            *dc = {kOrbDeviceContextMagic, pixels.back().data(), shape.width, shape.height, shape.width * 4};
             reinterpret_cast<ELEMENT_STATIC_IMAGE*>(copy)->hdc = dc.get();
             contexts.push_back(std::move(dc));
         }

@@ -635,11 +635,11 @@ double LegendShiftFor(GaugeId id, const CapSpec& cap) {
 }
 
 void DrawCap(cairo_t* cr, GaugeId id, const CapSpec& cap, bool lit, int lit_half) {
-    const GaugeSpec& spec = SpecOf(id);
+    const GaugeSpec& shape = SpecOf(id);
     switch (cap.kind) {
     case CapKind::Key:
     case CapKind::LineKey:
-    case CapKind::SoftKey: DrawKey(cr, cap, spec.bezel_width, LegendShiftFor(id, cap)); break;
+    case CapKind::SoftKey: DrawKey(cr, cap, shape.bezel_width, LegendShiftFor(id, cap)); break;
     case CapKind::PushButton: DrawPushButton(cr, cap, lit); break;
     case CapKind::SplitButton: DrawSplitButton(cr, cap, lit_half); break;
     case CapKind::Placard: DrawPlacard(cr, cap); break;
@@ -649,16 +649,16 @@ void DrawCap(cairo_t* cr, GaugeId id, const CapSpec& cap, bool lit, int lit_half
 }
 
 void DrawScrews(cairo_t* cr, GaugeId id) {
-    const GaugeSpec& spec = SpecOf(id);
-    if (std::min(spec.bezel_width, spec.bezel_height) < 60) return;  // mode buttons: no room
+    const GaugeSpec& shape = SpecOf(id);
+    if (std::min(shape.bezel_width, shape.bezel_height) < 60) return;  // mode buttons: no room
     std::vector<Box> keep_clear;
     ForEachCap(id, [&](const CapSpec& c) { keep_clear.push_back(BoxOf(c)); });
     ForEachKnob(id, [&](const KnobSpec& k) { keep_clear.push_back(BoxOf(k)); });
-    if (spec.surface_width > 0) keep_clear.push_back(RecessOf(LayerOf(id, 1)));
+    if (shape.surface_width > 0) keep_clear.push_back(RecessOf(LayerOf(id, 1)));
     for (int corner = 0; corner < 4; ++corner) {
         for (auto [inset, r] : {std::pair{10.0, kScrewRadius}, std::pair{7.0, kScrewRadius - 1}}) {
-            double cx = corner % 2 == 0 ? inset : spec.bezel_width - inset;
-            double cy = corner < 2 ? inset : spec.bezel_height - inset;
+            double cx = corner % 2 == 0 ? inset : shape.bezel_width - inset;
+            double cy = corner < 2 ? inset : shape.bezel_height - inset;
             Box screw{cx - r - 1.5, cy - r - 1.5, 2 * r + 3, 2 * r + 3};
             if (std::any_of(keep_clear.begin(), keep_clear.end(), [&](const Box& b) { return Overlaps(b, screw); }))
                 continue;
@@ -669,11 +669,11 @@ void DrawScrews(cairo_t* cr, GaugeId id) {
 }
 
 void DrawBezel(cairo_t* cr, GaugeId id) {
-    const GaugeSpec& spec = SpecOf(id);
-    DrawFrame(cr, spec.bezel_width, spec.bezel_height, PaletteOf(id), 0x9E3779B9u * (Index(LayoutGauge(id)) + 1));
-    if (spec.surface_width > 0) DrawScreenOpening(cr, LayerOf(id, 1));
+    const GaugeSpec& shape = SpecOf(id);
+    DrawFrame(cr, shape.bezel_width, shape.bezel_height, PaletteOf(id), 0x9E3779B9u * (Index(LayoutGauge(id)) + 1));
+    if (shape.surface_width > 0) DrawScreenOpening(cr, LayerOf(id, 1));
     ForEachKnob(id, [&](const KnobSpec& k) {
-        DrawKnobLegends(cr, k, spec.bezel_height);
+        DrawKnobLegends(cr, k, shape.bezel_height);
         DrawKnob(cr, k, k.rest_position);
     });
     ForEachCap(id, [&](const CapSpec& c) { DrawCap(cr, id, c, false, -1); });
@@ -693,14 +693,14 @@ bool DrawIcon(cairo_t* cr, GaugeId id, int layer, std::string& error) {
         error = "no icon record";
         return false;
     }
-    LayerSpec spec = LayerOf(id, layer);
-    Box box = BoxOf(spec);
-    cairo_translate(cr, -spec.x, -spec.y);  // draw in bezel pixels
+    LayerSpec shape = LayerOf(id, layer);
+    Box box = BoxOf(shape);
+    cairo_translate(cr, -shape.x, -shape.y);  // draw in bezel pixels
     bool drawn = false;
     switch (icon->role) {
     case IconRole::LitButton:
         ForEachCap(id, [&](const CapSpec& c) {
-            if (!drawn && BoxOf(c).x == box.x && BoxOf(c).y == box.y && c.w == spec.width && c.h == spec.height) {
+            if (!drawn && BoxOf(c).x == box.x && BoxOf(c).y == box.y && c.w == shape.width && c.h == shape.height) {
                 DrawCap(cr, id, c, true, -1);
                 drawn = true;
             }
@@ -708,7 +708,7 @@ bool DrawIcon(cairo_t* cr, GaugeId id, int layer, std::string& error) {
         break;
     case IconRole::KnobPosition:
         ForEachKnob(id, [&](const KnobSpec& k) {
-            if (drawn || k.x != spec.x || k.y != spec.y || k.w != spec.width || k.h != spec.height) return;
+            if (drawn || k.x != shape.x || k.y != shape.y || k.w != shape.width || k.h != shape.height) return;
             if (icon->position < 0 || icon->position >= k.legend_count) return;
             DrawKnob(cr, k, icon->position);
             // Keys that sit in the knob's middle turn with nothing but stay on top.
@@ -746,8 +746,8 @@ bool DrawIcon(cairo_t* cr, GaugeId id, int layer, std::string& error) {
 }  // namespace
 
 bool IsBlackLayer(GaugeId id, int layer) {
-    LayerSpec spec = LayerOf(id, layer);
-    return spec.surface || (layer == 0 && !spec.icon && SpecOf(id).bezel_width == 0);
+    LayerSpec shape = LayerOf(id, layer);
+    return shape.surface || (layer == 0 && !shape.icon && SpecOf(id).bezel_width == 0);
 }
 
 bool DrawLayer(cairo_t* cr, GaugeId id, int layer, std::string& error) {

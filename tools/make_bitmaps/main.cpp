@@ -65,14 +65,14 @@ void WritePreview(GaugeId id, const std::vector<cairo_surface_t*>& layers, const
     cairo_scale(cr, scale, scale);
     cairo_translate(cr, 10, 10);
     for (size_t k = 0; k < layers.size(); ++k) {
-        LayerSpec spec = LayerOf(id, static_cast<int>(k));
+        LayerSpec shape = LayerOf(id, static_cast<int>(k));
         if (IsBlackLayer(id, static_cast<int>(k))) {
-            cairo_rectangle(cr, spec.x, spec.y, spec.width, spec.height);
+            cairo_rectangle(cr, shape.x, shape.y, shape.width, shape.height);
             cairo_set_source_rgb(cr, 0.02, 0.06, 0.04);
             cairo_fill(cr);
             continue;
         }
-        cairo_set_source_surface(cr, layers[k], spec.x, spec.y);
+        cairo_set_source_surface(cr, layers[k], shape.x, shape.y);
         cairo_paint(cr);
     }
     cairo_destroy(cr);
@@ -132,10 +132,10 @@ int main(int argc, char** argv) {
         auto id = static_cast<GaugeId>(g);
         std::vector<cairo_surface_t*> layers;  // kept for the preview
         for (int layer = 0; layer < LayerCount(id); ++layer) {
-            LayerSpec spec = LayerOf(id, layer);
-            if (spec.width <= 0 || spec.height <= 0)
+            LayerSpec shape = LayerOf(id, layer);
+            if (shape.width <= 0 || shape.height <= 0)
                 return fail(std::string(GaugeName(id)) + " layer " + std::to_string(layer) + ": empty size");
-            cairo_surface_t* canvas = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, spec.width, spec.height);
+            cairo_surface_t* canvas = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, shape.width, shape.height);
             cairo_t* cr = cairo_create(canvas);
             std::string error;
             bool drawn = DrawLayer(cr, id, layer, error);

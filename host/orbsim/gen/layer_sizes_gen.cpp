@@ -20,8 +20,8 @@ int main(int argc, char** argv) {
     for (int i = 0; i < kGaugeCount; ++i) {
         auto id = static_cast<GaugeId>(i);
         for (int layer = 0; layer < LayerCount(id); ++layer) {
-            LayerSpec spec = LayerOf(id, layer);
-            std::fprintf(out, "{0x%X, %d, %d},  // %s layer %d\n", ResourceIdOf(id, layer), spec.width, spec.height,
+            LayerSpec shape = LayerOf(id, layer);
+            std::fprintf(out, "{0x%X, %d, %d},  // %s layer %d\n", ResourceIdOf(id, layer), shape.width, shape.height,
                          GaugeName(id), layer);
         }
     }
