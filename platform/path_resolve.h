@@ -14,6 +14,9 @@ namespace platform {
 // when a folder on the way does not exist.
 bool ResolvePath(const char* windows_path, std::string& posix_path, bool last_may_be_missing);
 
+// Case-blind equality of two names, as Windows compares file and module names.
+bool EqualNoCase(const char* a, const char* b);
+
 // Case-blind match of a Windows wildcard pattern ("*.*", "*.RTE", "a?c").
 bool WildcardMatch(const char* pattern, const char* name);
 

@@ -20,7 +20,7 @@ namespace platform {
 
 static char FoldCase(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
-static bool EqualNoCase(const char* a, const char* b) {
+bool EqualNoCase(const char* a, const char* b) {
     while (*a && *b) {
         if (FoldCase(*a) != FoldCase(*b)) return false;
         ++a;

@@ -4,6 +4,7 @@
 // a host can play the FSUIPC server. LoadLibraryA knows one library, the
 // simulator's SimConnect, whose calls are routed to the host as well.
 #include "host_link.h"
+#include "path_resolve.h"
 #include "simconnect_stub.h"
 
 #include <windows.h>
@@ -16,14 +17,6 @@ namespace {
 char g_module_anchor;            // GetModuleHandleA(nullptr) points here
 char g_simconnect_module;        // the handle LoadLibraryA gives for SimConnect.dll
 
-bool EqualNoCase(const char* a, const char* b) {
-    for (; *a && *b; ++a, ++b) {
-        char ca = (*a >= 'A' && *a <= 'Z') ? static_cast<char>(*a + 32) : *a;
-        char cb = (*b >= 'A' && *b <= 'Z') ? static_cast<char>(*b + 32) : *b;
-        if (ca != cb) return false;
-    }
-    return *a == *b;
-}
 }  // namespace
 
 extern "C" {
@@ -46,7 +39,7 @@ LRESULT SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam) {
 
 HMODULE GetModuleHandleA(LPCSTR lpModuleName) {
     if (lpModuleName == nullptr) return &g_module_anchor;
-    if (EqualNoCase(lpModuleName, "SimConnect.dll") || EqualNoCase(lpModuleName, "SimConnect")) {
+    if (platform::EqualNoCase(lpModuleName, "SimConnect.dll") || platform::EqualNoCase(lpModuleName, "SimConnect")) {
         const OrbHostInterface* host = platform::Host();
         return (host != nullptr && host->simconnect_open != nullptr) ? &g_simconnect_module : nullptr;
     }

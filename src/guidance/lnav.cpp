@@ -66,6 +66,15 @@ void CourseBetween(const PlanWaypoint& from, const PlanWaypoint& to, double& cou
     course_magnetic = Magnetic(bearing);
 }
 
+// The magnetic bearing from one point to another, by the rule of LNAV's
+// commands: the variation off, plus 360 below 0.5 (no fold above 360).
+double CommandBearing(double from_lat, double from_lon, double to_lat, double to_lon) {
+    double distance = 0, bearing = 0;
+    GreatCircle(from_lat, from_lon, to_lat, to_lon, distance, bearing);
+    double magnetic = bearing - g_sim.magnetic_variation;
+    return magnetic < 0.5 ? magnetic + 360.0 : magnetic;
+}
+
 bool HoldPastEntryCorner() { return g_holds.HoldFlying == 1 && g_holds.HoldCorner > 0; }
 }  // namespace
 
@@ -93,11 +102,7 @@ void LnavToggle() {
             if (g_config.LnavSetEnRouteFreqs == 1) CheckTuneRoute(2);
             l.InterceptStart = {g_sim.latitude, g_sim.longitude};
             l.InterceptActive = 1;
-            double distance = 0, bearing = 0;
-            GreatCircle(l.InterceptStart.lat, l.InterceptStart.lon, ActivePos().lat, ActivePos().lon, distance,
-                        bearing);
-            double course = bearing - g_sim.magnetic_variation;
-            l.InterceptCourse = course < 0.5 ? course + 360.0 : course;
+            l.InterceptCourse = CommandBearing(l.InterceptStart.lat, l.InterceptStart.lon, ActivePos().lat, ActivePos().lon);
         }
     } else {
         l.LnavOn = 0;
@@ -315,13 +320,10 @@ void LnavSequence() {
     // 13. Steering: at the waypoint, or at a rabbit ahead on the leg.
     double lead = (l.XtkDistance > 0 && l.XtkDistance <= kNearLegXtk) ? kRabbitLeadNear : kRabbitLead;
     double along = l.LegLength - l.DistToActive + lead;
-    double distance = 0;
     if (l.InterceptActive == 1) {
         ProjectPoint(l.InterceptStart.lat, l.InterceptStart.lon, l.InterceptCourse + s.magnetic_variation, along,
                      l.RabbitPoint.lat, l.RabbitPoint.lon);
-        GreatCircle(s.latitude, s.longitude, l.RabbitPoint.lat, l.RabbitPoint.lon, distance, bearing);
-        double command = bearing - s.magnetic_variation;
-        l.HeadingCommand = command < 0.5 ? command + 360.0 : command;
+        l.HeadingCommand = CommandBearing(s.latitude, s.longitude, l.RabbitPoint.lat, l.RabbitPoint.lon);
         if (l.XtkDistance <= l.ChangeDistance) l.InterceptActive = 0;
     } else {
         l.HeadingCommand = l.BearingToActive;
@@ -329,9 +331,7 @@ void LnavSequence() {
                      l.RabbitPoint.lat, l.RabbitPoint.lon);
         if (l.XtkDistance >= kLegTrackingLimit) l.LegTracking = 0;
         if (l.LegTracking == 1 && l.XtkDistance < kLegTrackingLimit) {
-            GreatCircle(s.latitude, s.longitude, l.RabbitPoint.lat, l.RabbitPoint.lon, distance, bearing);
-            double command = bearing - s.magnetic_variation;
-            l.HeadingCommand = command < 0.5 ? command + 360.0 : command;
+            l.HeadingCommand = CommandBearing(s.latitude, s.longitude, l.RabbitPoint.lat, l.RabbitPoint.lon);
         }
     }
     // 14. Sending: only a new whole degree goes out.
