@@ -118,9 +118,9 @@ static uint32_t AddPoolText(std::string_view text) {
     if (g_navdb.pool.size() + text.size() + 1 > 0xFFFFFFF0u) return 0;
     if (g_navdb.pool.empty()) g_navdb.pool.push_back(0);
     size_t offset = g_navdb.pool.size();
-    g_navdb.pool.resize(offset + text.size() + 1);
-    std::memcpy(g_navdb.pool.data() + offset, text.data(), text.size());
-    g_navdb.pool[offset + text.size()] = 0;
+    // Appended without the zero fill a resize would do first.
+    g_navdb.pool.insert(g_navdb.pool.end(), text.begin(), text.end());
+    g_navdb.pool.push_back(0);
     return static_cast<uint32_t>(offset);
 }
 
@@ -171,13 +171,13 @@ void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept, bool 
     if (line.empty() || line[0] == ';') return;
     // Only the columns the table uses are split off.
     int wanted = id == NavTableId::Intersections ? 4 : id == NavTableId::Navaids ? 6 : 5;
-    std::array<std::string_view, 6> columns{};
-    int n = SplitColumns(line, columns.data(), wanted);
+    std::string_view columns[6];  // filled up to n by the split
+    int n = SplitColumns(line, columns, wanted);
     if (n == 0) return;  // a blank line holds no row
     // Columns the format clears before each line; the others keep the line before's value.
     if (id == NavTableId::AirwayFixes) kept.c[2].value = {};
     if (id == NavTableId::Navaids) kept.c[5].value = {};
-    for (int i = 0; i < n; ++i) kept.c[static_cast<size_t>(i)].value = columns[static_cast<size_t>(i)];
+    for (int i = 0; i < n; ++i) kept.c[static_cast<size_t>(i)].value = columns[i];
     auto text = [&](int i) { return kept.c[static_cast<size_t>(i)].value; };
 
     switch (id) {
@@ -217,17 +217,22 @@ static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept)
     FILE* file = _fsopen(path, "rb", _SH_DENYNO);
     if (file == nullptr) return false;  // a missing file is skipped in silence
     LineReader reader(file);
-    // Two line buffers in turn: a column kept from the line before stays where it is.
-    static std::array<std::array<char, kBulkLineSize>, 2> lines;
-    size_t length = 0;
-    for (int turn = 0;; turn ^= 1) {
-        char* line = lines[static_cast<size_t>(turn)].data();
-        kept.Detach(line, line + kBulkLineSize);
-        if (!reader.Next(line, kBulkLineSize, length)) break;
-        LoadBulkLine(std::string_view(line, length), id, kept, true);
+    // Lines are read where they stand in the reader's chunk; the columns kept
+    // for the next line are copied out before the chunk moves.
+    const char* chunk_begin = reader.chunk.data();
+    const char* chunk_end = chunk_begin + reader.chunk.size();
+    std::string_view line;
+    for (;;) {
+        LineReader::Step step = reader.NextView(line, kBulkLineSize);
+        if (step == LineReader::Step::End) break;
+        if (step == LineReader::Step::Refill) {
+            kept.Detach(chunk_begin, chunk_end);
+            reader.Refill();
+            continue;
+        }
+        LoadBulkLine(line, id, kept, true);
     }
-    kept.Detach(lines[0].data(), lines[0].data() + kBulkLineSize);
-    kept.Detach(lines[1].data(), lines[1].data() + kBulkLineSize);
+    kept.Detach(chunk_begin, chunk_end);
     std::fclose(file);
     return true;
 }

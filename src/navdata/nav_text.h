@@ -16,6 +16,8 @@ constexpr size_t kLineReaderChunk = 64 * 1024;  // one fread a chunk: the load i
 
 // Reads a FILE* line by line into a caller's bounded buffer. The line end
 // ("\n", "\r\n" or a lone "\r" before "\n") is not part of the line.
+// A line is cut to the buffer's capacity - 1 bytes or to the chunk's size,
+// whichever is less; the rest of it is dropped.
 struct LineReader {
     FILE* file = nullptr;
     std::array<char, kLineReaderChunk> chunk{};  // bytes read ahead
@@ -24,10 +26,19 @@ struct LineReader {
     bool at_end = false;                        // fread returned nothing more
     long line_number = 0;                       // lines handed out so far
 
+    bool skipping = false;                      // inside the dropped rest of a cut line
+
     explicit LineReader(FILE* f) : file(f) {}
     // Copies the next line, cut to capacity - 1 bytes, NUL-terminated.
     // Returns false at the end of the file.
     bool Next(char* line, size_t capacity, size_t& length);
+
+    // The same lines without the copy, for the bulk load: the view stands in
+    // the chunk. Step::Refill asks the caller to let go of every view into
+    // the chunk and call Refill(), which moves the unread bytes and reads on.
+    enum class Step { Line, Refill, End };
+    Step NextView(std::string_view& line, size_t capacity);
+    void Refill();
 };
 
 constexpr bool IsColumnBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }

@@ -1,0 +1,145 @@
+// nav_text_test.cpp: the shared text tools against plain, obviously right
+// versions written here: the line reader on files whose lines straddle its
+// chunk, the word-at-a-time column split, and the number reader against the
+// C library's strtod.
+#include "navdata/nav_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+// The lines a reader with a buffer of `capacity` bytes must hand out: split at
+// '\n', each cut to capacity - 1 bytes, then one '\r' dropped from its end.
+std::vector<std::string> ReferenceLines(const std::string& bytes, size_t capacity) {
+    std::vector<std::string> lines;
+    size_t start = 0;
+    while (start < bytes.size()) {
+        size_t newline = bytes.find('\n', start);
+        size_t end = newline == std::string::npos ? bytes.size() : newline;
+        std::string line = bytes.substr(start, std::min(end - start, capacity - 1));
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        lines.push_back(line);
+        start = newline == std::string::npos ? bytes.size() : newline + 1;
+    }
+    return lines;
+}
+
+std::vector<std::string> ReaderLines(const std::string& bytes, size_t capacity) {
+    FILE* file = std::tmpfile();
+    std::fwrite(bytes.data(), 1, bytes.size(), file);
+    std::rewind(file);
+    auto reader = std::make_unique<LineReader>(file);
+    std::vector<std::string> lines;
+    std::vector<char> buffer(capacity);
+    size_t length = 0;
+    while (reader->Next(buffer.data(), capacity, length)) {
+        EXPECT_EQ(buffer[length], '\0');
+        lines.emplace_back(buffer.data(), length);
+    }
+    std::fclose(file);
+    return lines;
+}
+
+std::vector<std::string> ReferenceColumns(const std::string& line, int max_columns) {
+    std::vector<std::string> columns;
+    size_t i = 0;
+    while (static_cast<int>(columns.size()) < max_columns) {
+        while (i < line.size() && IsColumnBlank(line[i])) ++i;
+        if (i >= line.size()) break;
+        size_t start = i;
+        while (i < line.size() && !IsColumnBlank(line[i])) ++i;
+        columns.push_back(line.substr(start, i - start));
+    }
+    return columns;
+}
+}  // namespace
+
+TEST(NavText, LineReaderMatchesPlainSplitAcrossChunkEdges) {
+    std::mt19937 random(7);
+    const std::string alphabet = "AB9 .\r\r\n\n\n\t";
+    for (int round = 0; round < 40; ++round) {
+        std::string bytes;
+        // Lines of every length, some far longer than the buffer, some whose
+        // end falls right on the chunk's edge.
+        size_t total = kLineReaderChunk * (1 + round % 3) + random() % 300;
+        while (bytes.size() < total) {
+            size_t length = round % 4 == 0 ? random() % 5000 : random() % 90;
+            for (size_t k = 0; k < length; ++k) bytes += alphabet[random() % (alphabet.size() - 3)];
+            bytes += alphabet[alphabet.size() - 1 - random() % 3 / 2];  // mostly '\n', some '\r'
+        }
+        if (round % 5 == 1) bytes.pop_back();  // no line end at the end of the file
+        if (round % 7 == 2) bytes.insert(kLineReaderChunk - 3, "\r\n\r\n");
+        size_t capacity = round % 2 == 0 ? 100 : 1699;
+        ASSERT_EQ(ReaderLines(bytes, capacity), ReferenceLines(bytes, capacity)) << "round " << round;
+    }
+    // A line longer than the whole chunk, and a buffer wider than it.
+    std::string huge = std::string(kLineReaderChunk * 2 + 5, 'X') + "\nTAIL\n";
+    EXPECT_EQ(ReaderLines(huge, 100), ReferenceLines(huge, 100));
+    // A buffer wider than the chunk still gets lines no longer than the chunk.
+    EXPECT_EQ(ReaderLines(huge, kLineReaderChunk * 3), ReferenceLines(huge, kLineReaderChunk + 1));
+    EXPECT_TRUE(ReaderLines("", 10).empty());
+    EXPECT_EQ(ReaderLines("\n", 10), std::vector<std::string>{""});
+}
+
+TEST(NavText, ColumnSplitMatchesPlainSplit) {
+    std::mt19937 random(11);
+    const std::string alphabet = std::string("  \t\r\nAZ09.-_", 12) + std::string("\0\x01\x1f\x21\x7f\x80\xa0\xff", 8);
+    std::string storage(400, ' ');
+    for (int round = 0; round < 20000; ++round) {
+        size_t length = random() % (round % 10 == 0 ? 300 : 70);
+        // The line sits at a random place in a bigger buffer, as in the reader's chunk.
+        size_t offset = random() % 64;
+        for (size_t k = 0; k < length; ++k) storage[offset + k] = alphabet[random() % alphabet.size()];
+        std::string line = storage.substr(offset, length);
+        int max_columns = static_cast<int>(random() % 9);
+        std::string_view columns[8];
+        int n = SplitColumns(std::string_view(storage.data() + offset, length), columns, max_columns);
+        std::vector<std::string> got;
+        for (int k = 0; k < n; ++k) {
+            // Each column is a view into the line itself.
+            ASSERT_GE(columns[k].data(), storage.data() + offset);
+            got.emplace_back(columns[k]);
+        }
+        ASSERT_EQ(got, ReferenceColumns(line, max_columns)) << "round " << round << " max " << max_columns;
+    }
+}
+
+TEST(NavText, NumbersReadAsStrtodReadsThem) {
+    std::mt19937 random(3);
+    const std::string alphabet = "0123456789012345678901234567890123456789..-+ eEx";
+    int checked = 0;
+    for (int round = 0; round < 50000; ++round) {
+        std::string text;
+        size_t length = 1 + random() % 24;
+        for (size_t k = 0; k < length; ++k) text += alphabet[random() % alphabet.size()];
+        double expected = std::strtod(text.c_str(), nullptr);
+        // Hex and infinities are strtod's extras; out of range reads 0 here.
+        if (text.find_first_of("xX") != std::string::npos) continue;
+        if (!std::isfinite(expected)) expected = 0;
+        ASSERT_EQ(ReadNumber(text), expected) << "'" << text << "'";
+        ++checked;
+    }
+    EXPECT_GT(checked, 30000);
+    // Well-formed decimals of every length and point position, the common case.
+    for (int round = 0; round < 50000; ++round) {
+        size_t digits = 1 + random() % 17;
+        std::string text = round % 3 == 0 ? "-" : "";
+        for (size_t k = 0; k < digits; ++k) text += static_cast<char>('0' + random() % 10);
+        if (round % 4 != 0) text.insert(text.size() - random() % (digits + 1), ".");
+        ASSERT_EQ(ReadNumber(text), std::strtod(text.c_str(), nullptr)) << "'" << text << "'";
+    }
+    // The coordinates of the data files, exactly as the C library rounds them.
+    for (const char* text : {"47.392927", "-122.309444", "0.000001", "-0.5", "179.999999", "9007199254740993.5",
+                             "123456789012345678", "1234567890123456789", "00000000000000000000000001.5"})
+        EXPECT_EQ(ReadNumber(text), std::strtod(text, nullptr)) << text;
+    EXPECT_EQ(ReadNumber("1e400"), 0);
+    EXPECT_EQ(ReadNumber("--5"), 0);
+    EXPECT_EQ(ReadNumber("1.2.3"), 1.2);
+}
