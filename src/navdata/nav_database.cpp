@@ -169,10 +169,12 @@ void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept, bool 
     } detach{kept, line, line_stays};
     // A ';' as the very first character makes a comment; a blank before it doesn't.
     if (line.empty() || line[0] == ';') return;
-    // Only the columns the table uses are split off.
-    int wanted = id == NavTableId::Intersections ? 4 : id == NavTableId::Navaids ? 6 : 5;
     std::string_view columns[6];  // filled up to n by the split
-    int n = SplitColumns(line, columns, wanted);
+    int n = SplitColumns(line, columns, BulkColumnsWanted(id));
+    LoadBulkColumns(columns, n, id, kept);
+}
+
+void LoadBulkColumns(const std::string_view* columns, int n, NavTableId id, BulkColumns& kept) {
     if (n == 0) return;  // a blank line holds no row
     // Columns the format clears before each line; the others keep the line before's value.
     if (id == NavTableId::AirwayFixes) kept.c[2].value = {};
@@ -222,7 +224,15 @@ static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept)
     const char* chunk_begin = reader.chunk.data();
     const char* chunk_end = chunk_begin + reader.chunk.size();
     std::string_view line;
+    const int wanted = BulkColumnsWanted(id);
+    std::string_view columns[6];  // made once: clearing it at every line cost more than the split
     for (;;) {
+        // Short lines, the most of every file, are found and split in one pass.
+        int n = reader.NextShortLine(line, columns, wanted);
+        if (n >= 0) {
+            if (!line.empty() && line[0] != ';') LoadBulkColumns(columns, n, id, kept);
+            continue;
+        }
         LineReader::Step step = reader.NextView(line, kBulkLineSize);
         if (step == LineReader::Step::End) break;
         if (step == LineReader::Step::Refill) {

@@ -2,6 +2,8 @@
 // data files. See nav_text.h.
 #include "navdata/nav_text.h"
 
+#include <emmintrin.h>
+
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -89,34 +91,56 @@ namespace {
 constexpr double kExactPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                         1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-static_assert(std::endian::native == std::endian::little, "the column split reads bytes eight at a time, low byte first");
+// The byte masks of 64 bytes at a time, four SSE2 compares of 16 bytes: the
+// column splits and line ends of half a million lines were bound by
+// mispredicted branches at every column edge when found byte by byte.
+struct ByteMasks64 {
+    uint64_t newline = 0;   // '\n'
+    uint64_t space = 0;     // ' '
+    uint64_t low = 0;       // any byte at or below a space
+};
 
-// High bit of each byte set where that byte of x is zero; exact, no carries between bytes.
-constexpr uint64_t ZeroBytes(uint64_t x) {
-    constexpr uint64_t kLow7 = 0x7F7F7F7F7F7F7F7FULL;
-    return ~(((x & kLow7) + kLow7) | x | kLow7);
+inline ByteMasks64 MasksOf64(const char* bytes) {
+    const __m128i newline = _mm_set1_epi8('\n');
+    const __m128i space = _mm_set1_epi8(' ');
+    ByteMasks64 masks;
+    for (int k = 0; k < 4; ++k) {
+        __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * k));
+        int shift = 16 * k;
+        masks.newline |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, newline)))) << shift;
+        masks.space |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, space)))) << shift;
+        __m128i at_most_space = _mm_cmpeq_epi8(_mm_min_epu8(v, space), v);
+        masks.low |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(at_most_space))) << shift;
+    }
+    return masks;
 }
 
-// One bit a byte for eight bytes (x holds them, low byte first): set where
-// the byte is a blank. Word at a time, because the splits of half a million
-// lines were bound by mispredicted branches at every column edge. Data files
-// separate columns with spaces, so the full test runs only for a word that
-// holds some other byte at or below a space.
-inline uint64_t BlankBits8(uint64_t x) {
-    constexpr uint64_t kOnes = 0x0101010101010101ULL;
-    constexpr uint64_t kLow7 = 0x7F7F7F7F7F7F7F7FULL;
-    uint64_t spaces = ZeroBytes(x ^ (kOnes * ' '));
-    uint64_t at_most_space = ~(((x & kLow7) + (kLow7 - kOnes * ' ')) | x | kLow7);
-    uint64_t high = spaces;
-    if (at_most_space != spaces)
-        high |= ZeroBytes(x ^ (kOnes * '\t')) | ZeroBytes(x ^ (kOnes * '\r')) | ZeroBytes(x ^ (kOnes * '\n'));
-    return ((high >> 7) * 0x0102040810204080ULL) >> 56;  // the eight high bits gathered into one byte
+// The blanks among 64 bytes: spaces, and, only when some other low byte is
+// there (data files separate columns with spaces), tabs, CRs and line ends.
+inline uint64_t BlanksOf64(const char* bytes, const ByteMasks64& masks) {
+    uint64_t blank = masks.space | masks.newline;
+    if ((masks.low & ~blank) == 0) return blank;
+    for (int k = 0; k < 4; ++k) {
+        __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 16 * k));
+        __m128i other = _mm_or_si128(_mm_cmpeq_epi8(v, _mm_set1_epi8('\t')), _mm_cmpeq_epi8(v, _mm_set1_epi8('\r')));
+        blank |= static_cast<uint64_t>(static_cast<uint32_t>(_mm_movemask_epi8(other))) << (16 * k);
+    }
+    return blank;
 }
 
-inline uint64_t Load8(const char* bytes) {
-    uint64_t x = 0;
-    std::memcpy(&x, bytes, 8);
-    return x;
+// Columns from a mask of the bytes that are in a column (bit i for byte i).
+inline int ColumnsOfMask(const char* data, uint64_t filled, std::string_view* columns, int max_columns) {
+    uint64_t starts = filled & ~(filled << 1);
+    uint64_t ends = filled & ~(filled >> 1);  // the last byte of each column
+    int count = 0;
+    while (starts != 0 && count < max_columns) {
+        int first = std::countr_zero(starts);
+        int last = std::countr_zero(ends);
+        columns[count++] = std::string_view(data + first, static_cast<size_t>(last - first + 1));
+        starts &= starts - 1;
+        ends &= ends - 1;
+    }
+    return count;
 }
 }  // namespace
 
@@ -131,23 +155,14 @@ int SplitColumns(std::string_view line, std::string_view* columns, int max_colum
     for (size_t base = 0; base < size; base += 64) {
         // A block of 64 bytes as one mask; bytes past the end count as blanks.
         size_t span = size - base < 64 ? size - base : 64;
-        uint64_t blank = 0;
-        size_t i = 0;
-        for (; i + 8 <= span; i += 8) blank |= BlankBits8(Load8(data + base + i)) << i;
-        if (i < span) {
-            size_t rest = span - i;  // 1 to 7 bytes
-            uint64_t x = 0;
-            if (base + i >= 8 - rest) {
-                // The eight bytes that end with the line, shifted down: no byte past the end is read.
-                x = Load8(data + base + i + rest - 8) >> (8 * (8 - rest));
-            } else {
-                std::memcpy(&x, data + base + i, rest);
-            }
-            x |= (0x0101010101010101ULL * ' ') << (8 * rest);  // past the end: blanks
-            blank |= BlankBits8(x) << i;
+        const char* block = data + base;
+        alignas(16) char padded[64];
+        if (span < 64) {
+            std::memset(padded, ' ', sizeof padded);
+            std::memcpy(padded, block, span);
+            block = padded;
         }
-        if (span < 64) blank |= ~uint64_t{0} << span;
-        uint64_t filled = ~blank;
+        uint64_t filled = ~BlanksOf64(block, MasksOf64(block));
         // Each set bit is where a column begins or ends.
         uint64_t edges = filled ^ ((filled << 1) | carry);
         while (edges != 0) {
@@ -166,6 +181,26 @@ int SplitColumns(std::string_view line, std::string_view* columns, int max_colum
     }
     if (in_column) columns[count++] = std::string_view(data + column_start, size - column_start);
     return count;
+}
+
+int LineReader::NextShortLine(std::string_view& line, std::string_view* columns, int max_columns) {
+    // Only a line whose end lies within the next 64 bytes, all of them
+    // inside the chunk; anything else goes the long way.
+    size_t available = filled - position;
+    if (skipping || available == 0 || position + 64 > chunk.size()) return -1;
+    const char* start = chunk.data() + position;
+    ByteMasks64 masks = MasksOf64(start);
+    uint64_t in_file = available >= 64 ? ~uint64_t{0} : (uint64_t{1} << available) - 1;
+    uint64_t ends = masks.newline & in_file;
+    if (ends == 0) return -1;
+    size_t length = static_cast<size_t>(std::countr_zero(ends));
+    position += length + 1;
+    ++line_number;
+    if (length > 0 && start[length - 1] == '\r') --length;
+    line = std::string_view(start, length);
+    uint64_t in_line = (uint64_t{1} << length) - 1;  // length is below 64
+    uint64_t filled_bytes = ~BlanksOf64(start, masks) & in_line;
+    return ColumnsOfMask(start, filled_bytes, columns, max_columns);
 }
 
 double ReadNumber(std::string_view text) {

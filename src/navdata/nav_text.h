@@ -39,6 +39,11 @@ struct LineReader {
     enum class Step { Line, Refill, End };
     Step NextView(std::string_view& line, size_t capacity);
     void Refill();
+    // The fast way for the common short line: when the next line ends within
+    // 64 bytes of the chunk, takes it and splits its first max_columns
+    // columns in the same pass, returning their count; otherwise returns -1
+    // and takes nothing (NextView then does). Columns as SplitColumns gives.
+    int NextShortLine(std::string_view& line, std::string_view* columns, int max_columns);
 };
 
 constexpr bool IsColumnBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }

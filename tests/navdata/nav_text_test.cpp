@@ -88,6 +88,58 @@ TEST(NavText, LineReaderMatchesPlainSplitAcrossChunkEdges) {
     EXPECT_EQ(ReaderLines("\n", 10), std::vector<std::string>{""});
 }
 
+// Lines and their first columns as the bulk loader takes them: the one-pass
+// short-line scan where it applies, the long way elsewhere.
+TEST(NavText, ShortLineScanMatchesPlainSplit) {
+    std::mt19937 random(5);
+    const std::string alphabet = std::string("    \tAZ09.-;\r\x01\0\xff", 17);
+    for (int round = 0; round < 12; ++round) {
+        std::string bytes;
+        size_t total = kLineReaderChunk * (1 + round % 2) + random() % 500;
+        while (bytes.size() < total) {
+            // Mostly short lines, some right at the 64-byte edge, a few long ones.
+            size_t length = round % 3 == 0 ? random() % 130 : 55 + random() % 15;
+            if (random() % 50 == 0) length = 2000;
+            for (size_t k = 0; k < length; ++k) bytes += alphabet[random() % alphabet.size()];
+            bytes += "\n";
+        }
+        if (round % 4 == 1) bytes.pop_back();
+        const int max_columns = 1 + round % 6;
+        std::vector<std::string> reference_lines = ReferenceLines(bytes, 1699);
+
+        FILE* file = std::tmpfile();
+        std::fwrite(bytes.data(), 1, bytes.size(), file);
+        std::rewind(file);
+        auto reader = std::make_unique<LineReader>(file);
+        size_t index = 0;
+        int short_lines = 0;
+        for (;;) {
+            std::string_view line;
+            std::string_view columns[6];
+            int n = reader->NextShortLine(line, columns, max_columns);
+            if (n < 0) {
+                LineReader::Step step = reader->NextView(line, 1699);
+                if (step == LineReader::Step::End) break;
+                if (step == LineReader::Step::Refill) {
+                    reader->Refill();
+                    continue;
+                }
+                n = SplitColumns(line, columns, max_columns);
+            } else {
+                ++short_lines;
+            }
+            ASSERT_LT(index, reference_lines.size());
+            ASSERT_EQ(std::string(line), reference_lines[index]) << "round " << round << " line " << index;
+            std::vector<std::string> got(columns, columns + n);
+            ASSERT_EQ(got, ReferenceColumns(reference_lines[index], max_columns)) << "round " << round << " line " << index;
+            ++index;
+        }
+        std::fclose(file);
+        EXPECT_EQ(index, reference_lines.size());
+        EXPECT_GT(short_lines, 100);
+    }
+}
+
 TEST(NavText, ColumnSplitMatchesPlainSplit) {
     std::mt19937 random(11);
     const std::string alphabet = std::string("  \t\r\nAZ09.-_", 12) + std::string("\0\x01\x1f\x21\x7f\x80\xa0\xff", 8);
