@@ -141,27 +141,40 @@ static void BM_ProximityRebuild(benchmark::State& state) {
 }
 BENCHMARK(BM_ProximityRebuild)->Unit(benchmark::kMillisecond);
 
-// The number reader alone, over the coordinates of the intersections file.
-static void BM_ReadNumberCoordinates(benchmark::State& state) {
-    static std::vector<std::string> tokens = [] {
-        std::vector<std::string> read;
+// The number readers alone, over the coordinates of the intersections file
+// as they stand in its lines.
+static void BM_ReadNumberCoordinates(benchmark::State& state, bool read_ahead) {
+    static std::string lines;
+    static std::vector<std::string_view> tokens = [] {
+        std::vector<std::string_view> found;
         FILE* f = std::fopen((FullSizeRoot() + "/orb/navdata/ints.txt").c_str(), "rb");
         char line[256];
-        while (f != nullptr && read.size() < 200000 && std::fgets(line, sizeof line, f) != nullptr) {
-            char a[64], b[64], lat[64], lon[64];
-            if (std::sscanf(line, "%63s %63s %63s %63s", a, b, lat, lon) == 4) {
-                read.emplace_back(lat);
-                read.emplace_back(lon);
-            }
-        }
+        while (f != nullptr && lines.size() < 8000000 && std::fgets(line, sizeof line, f) != nullptr) lines += line;
         if (f != nullptr) std::fclose(f);
-        return read;
+        lines.append(kReadAhead, ' ');
+        std::string_view all(lines);
+        size_t start = 0;
+        while (start < all.size()) {
+            size_t end = all.find('\n', start);
+            if (end == std::string_view::npos) break;
+            std::string_view columns[4];
+            if (SplitColumns(all.substr(start, end - start), columns, 4) == 4) {
+                found.push_back(columns[2]);
+                found.push_back(columns[3]);
+            }
+            start = end + 1;
+        }
+        return found;
     }();
     for (auto _ : state) {
         double sum = 0;
-        for (const std::string& t : tokens) sum += ReadNumber(t);
+        if (read_ahead)
+            for (std::string_view t : tokens) sum += ReadNumberReadAhead(t);
+        else
+            for (std::string_view t : tokens) sum += ReadNumber(t);
         benchmark::DoNotOptimize(sum);
     }
     state.SetItemsProcessed(static_cast<int64_t>(tokens.size()) * state.iterations());
 }
-BENCHMARK(BM_ReadNumberCoordinates)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadNumberCoordinates, general, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_ReadNumberCoordinates, read_ahead, true)->Unit(benchmark::kMillisecond);

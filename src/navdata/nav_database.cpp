@@ -171,30 +171,31 @@ void LoadBulkLine(std::string_view line, NavTableId id, BulkColumns& kept, bool 
     if (line.empty() || line[0] == ';') return;
     std::string_view columns[6];  // filled up to n by the split
     int n = SplitColumns(line, columns, BulkColumnsWanted(id));
-    LoadBulkColumns(columns, n, id, kept);
+    LoadBulkColumns(columns, n, id, kept, false);
 }
 
-void LoadBulkColumns(const std::string_view* columns, int n, NavTableId id, BulkColumns& kept) {
+void LoadBulkColumns(const std::string_view* columns, int n, NavTableId id, BulkColumns& kept, bool read_ahead) {
     if (n == 0) return;  // a blank line holds no row
     // Columns the format clears before each line; the others keep the line before's value.
     if (id == NavTableId::AirwayFixes) kept.c[2].value = {};
     if (id == NavTableId::Navaids) kept.c[5].value = {};
     for (int i = 0; i < n; ++i) kept.c[static_cast<size_t>(i)].value = columns[i];
     auto text = [&](int i) { return kept.c[static_cast<size_t>(i)].value; };
+    auto number = [&](int i) { return read_ahead ? ReadNumberReadAhead(text(i)) : ReadNumber(text(i)); };
 
     switch (id) {
         case NavTableId::Intersections:
-            AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), 'I', {});
+            AppendRow(id, text(0), text(1), number(2), number(3), 'I', {});
             break;
         case NavTableId::AirwayFixes: {
             // Three-letter navaids of an airway stay out: only names of four or more.
             std::string_view ident = text(2);
             if (ident.size() < 4) return;
-            AppendRow(id, ident, ident, ReadNumber(text(3)), ReadNumber(text(4)), 'I', {});
+            AppendRow(id, ident, ident, number(3), number(4), 'I', {});
             break;
         }
         case NavTableId::Airports: {
-            int row = AppendRow(id, text(0), text(1), ReadNumber(text(3)), ReadNumber(text(4)), 'A', text(2));
+            int row = AppendRow(id, text(0), text(1), number(3), number(4), 'A', text(2));
             int count = g_navdb.AirportTable.count;
             if (row != 0 && count >= kStructLimitWarning && !g_navdb.airport_warning_written) {
                 g_navdb.airport_warning_written = true;
@@ -204,7 +205,7 @@ void LoadBulkColumns(const std::string_view* columns, int n, NavTableId id, Bulk
         }
         case NavTableId::Navaids: {
             char kind = text(4) == "VOR" ? 'V' : 'N';
-            int row = AppendRow(id, text(0), text(1), ReadNumber(text(2)), ReadNumber(text(3)), kind, text(5));
+            int row = AppendRow(id, text(0), text(1), number(2), number(3), kind, text(5));
             int count = g_navdb.NavaidTable.count;
             if (row != 0 && count >= kStructLimitWarning && !g_navdb.navaid_warning_written) {
                 g_navdb.navaid_warning_written = true;
@@ -230,7 +231,7 @@ static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept)
         // Short lines, the most of every file, are found and split in one pass.
         int n = reader.NextShortLine(line, columns, wanted);
         if (n >= 0) {
-            if (!line.empty() && line[0] != ';') LoadBulkColumns(columns, n, id, kept);
+            if (!line.empty() && line[0] != ';') LoadBulkColumns(columns, n, id, kept, true);
             continue;
         }
         LineReader::Step step = reader.NextView(line, kBulkLineSize);

@@ -220,8 +220,9 @@ bool LoadBulkFile(const char* path, NavTableId table);
 // Adds one line as the loader would. Unless line_stays, the columns kept
 // are copied out of the line before it returns.
 void LoadBulkLine(std::string_view line, NavTableId table, BulkColumns& columns, bool line_stays = false);
-// The same for a line already split into its first columns.
-void LoadBulkColumns(const std::string_view* columns, int count, NavTableId table, BulkColumns& kept);
+// The same for a line already split into its first columns; read_ahead when
+// every column has kReadAhead readable bytes from its start.
+void LoadBulkColumns(const std::string_view* columns, int count, NavTableId table, BulkColumns& kept, bool read_ahead);
 // How many leading columns a table's lines use.
 constexpr int BulkColumnsWanted(NavTableId table) {
     return table == NavTableId::Intersections ? 4 : table == NavTableId::Navaids ? 6 : 5;

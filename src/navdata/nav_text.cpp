@@ -37,7 +37,7 @@ LineReader::Step LineReader::NextView(std::string_view& line, size_t capacity) {
             if (available == 0) return Step::End;
             length = available;  // the last line has no line end
             position = filled;
-        } else if (available >= longest || available == chunk.size()) {
+        } else if (available >= longest || available == kLineReaderChunk) {
             // Longer than a line may be (or than the chunk) and its end not
             // yet read: cut it here.
             length = available;
@@ -60,7 +60,7 @@ void LineReader::Refill() {
     if (unread > 0 && position > 0) std::memmove(chunk.data(), chunk.data() + position, unread);
     position = 0;
     filled = unread;
-    size_t got = std::fread(chunk.data() + filled, 1, chunk.size() - filled, file);
+    size_t got = std::fread(chunk.data() + filled, 1, kLineReaderChunk - filled, file);
     if (got == 0) at_end = true;
     filled += got;
 }
@@ -187,7 +187,7 @@ int LineReader::NextShortLine(std::string_view& line, std::string_view* columns,
     // Only a line whose end lies within the next 64 bytes, all of them
     // inside the chunk; anything else goes the long way.
     size_t available = filled - position;
-    if (skipping || available == 0 || position + 64 > chunk.size()) return -1;
+    if (skipping || available == 0 || position + 64 > kLineReaderChunk) return -1;
     const char* start = chunk.data() + position;
     ByteMasks64 masks = MasksOf64(start);
     uint64_t in_file = available >= 64 ? ~uint64_t{0} : (uint64_t{1} << available) - 1;
@@ -247,6 +247,54 @@ double ReadNumber(std::string_view text) {
         return 0;
     }
     return negative ? -value : value;
+}
+
+double ReadNumberReadAhead(std::string_view text) {
+    const char* p = text.data();
+    size_t size = text.size();
+    char first = size > 0 ? p[0] : '\0';
+    bool negative = first == '-';
+    size_t sign = static_cast<size_t>((first == '-') | (first == '+'));
+    size_t length = size - sign;
+    // One block of sixteen bytes after the sign: up to 16 digits and the point.
+    if (length == 0 || length > 16) return ReadNumber(text);
+    __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + sign));
+    __m128i values = _mm_sub_epi8(bytes, _mm_set1_epi8('0'));
+    __m128i is_digit = _mm_cmpeq_epi8(_mm_min_epu8(values, _mm_set1_epi8(9)), values);
+    __m128i is_point = _mm_cmpeq_epi8(bytes, _mm_set1_epi8('.'));
+    unsigned in_token = (1u << length) - 1;
+    unsigned digit_bits = static_cast<unsigned>(_mm_movemask_epi8(is_digit)) & in_token;
+    unsigned point_bits = static_cast<unsigned>(_mm_movemask_epi8(is_point)) & in_token;
+    // Anything but digits and one point (signs, exponents, blanks) goes the general way.
+    if ((digit_bits | point_bits) != in_token || (point_bits & (point_bits - 1)) != 0 || digit_bits == 0)
+        return ReadNumber(text);
+    int point_at = point_bits != 0 ? std::countr_zero(point_bits) : -1;
+    int decimals = point_bits != 0 ? static_cast<int>(length) - 1 - point_at : 0;
+    // The digits left-aligned without the point: the integer part moves one
+    // byte on over the point's place, in the register.
+    const __m128i index = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    __m128i inside = _mm_cmpgt_epi8(_mm_set1_epi8(static_cast<char>(length)), index);
+    __m128i before = _mm_cmpgt_epi8(_mm_set1_epi8(static_cast<char>(point_at)), index);
+    __m128i after = _mm_andnot_si128(_mm_or_si128(before, is_point), inside);
+    __m128i digits = _mm_or_si128(_mm_slli_si128(_mm_and_si128(values, before), 1), _mm_and_si128(values, after));
+    // Sixteen digits to two numbers of eight: pairs, fours, eights.
+    __m128i zero = _mm_setzero_si128();
+    const __m128i ten_one = _mm_setr_epi16(10, 1, 10, 1, 10, 1, 10, 1);
+    __m128i pairs = _mm_packs_epi32(_mm_madd_epi16(_mm_unpacklo_epi8(digits, zero), ten_one),
+                                    _mm_madd_epi16(_mm_unpackhi_epi8(digits, zero), ten_one));
+    __m128i fours = _mm_madd_epi16(pairs, _mm_setr_epi16(100, 1, 100, 1, 100, 1, 100, 1));
+    fours = _mm_packs_epi32(fours, fours);
+    __m128i eights = _mm_madd_epi16(fours, _mm_setr_epi16(10000, 1, 10000, 1, 10000, 1, 10000, 1));
+    uint64_t high = static_cast<uint32_t>(_mm_cvtsi128_si32(eights));
+    uint64_t low = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_srli_si128(eights, 4)));
+    // The digits stand for the number times 10^(16 - length); that product,
+    // when a double holds it exactly, divided by the exact power of ten is
+    // the correctly rounded value, as the digits alone would give.
+    int64_t scaled = static_cast<int64_t>(high * 100000000ULL + low);
+    double scaled_value = static_cast<double>(scaled);
+    if (static_cast<int64_t>(scaled_value) != scaled) return ReadNumber(text);
+    double value = scaled_value / kExactPowersOfTen[16 - length + static_cast<size_t>(decimals)];
+    return std::bit_cast<double>(std::bit_cast<uint64_t>(value) ^ (static_cast<uint64_t>(negative) << 63));
 }
 
 int ReadInteger(std::string_view text) {
