@@ -526,9 +526,14 @@ void PrefetchStep(SubsetPrefetch& p, const BulkTable& table, double radius, bool
 template <int N, int M>
 void FillFromSubset(ProximitySubset<N>& subset, const ProximitySubset<M>& source, double radius, double measure_latitude,
                     double measure_longitude, double latitude, double longitude) {
+    // This runs inside a map frame: the latitude test skips most of the outer
+    // subset before any trigonometry. The margin keeps it from ever refusing
+    // a row that GreatCircle, rounding, would still put on the radius.
+    constexpr double kLatitudeTestMarginNm = 1e-6;
     subset.count = 0;
     for (int row = 1; row <= source.count && subset.count < N; ++row) {
         const NearbyRecord& r = source.rows[row];
+        if (std::fabs(r.Latitude - measure_latitude) * 60.0 > radius + kLatitudeTestMarginNm) continue;
         double distance = 0, bearing = 0;
         GreatCircle(measure_latitude, measure_longitude, r.Latitude, r.Longitude, distance, bearing);
         if (!(distance <= radius)) continue;

@@ -2,6 +2,7 @@
 // the proximity subsets, position texts, the cycle and the airport details.
 #include "navdata/sim_folder.h"
 
+#include "guidance/geodesy.h"
 #include "navdata/nav_text.h"
 
 #include <string>
@@ -340,6 +341,76 @@ TEST(NavDatabase, ProximitySubsetsByRadiusLimitAndCentre) {
     ASSERT_EQ(g_nearby.AirportsNear600.count, taken_over.count);
     for (int row = 1; row <= taken_over.count; ++row)
         EXPECT_STREQ(g_nearby.AirportsNear600.rows[row].Ident.data(), taken_over.rows[row].Ident.data());
+}
+
+// The inner subsets skip rows by their latitude before measuring: that must
+// never drop a row the distance keeps, least of all on the meridian, where
+// the latitude difference is the whole distance, and the 200 nm fixes must
+// test the aircraft's latitude, not the centre's.
+TEST(NavDatabase, InnerSubsetsKeepEveryRowWithinTheirRadius) {
+    SimFolder sim;
+    constexpr double kLat = 40, kLon = 10;            // outer centre
+    constexpr double kAircraftLat = 41;               // 60 nm north of it
+    std::string apts, awys;
+    char line[128];
+    int n = 0;
+    auto add = [&](std::string& text, bool airway, double lat, double lon) {
+        if (airway)
+            std::snprintf(line, sizeof line, "J1 %d FIX%d %.12f %.12f\n", n + 1, n, lat, lon);
+        else
+            std::snprintf(line, sizeof line, "A%d N 0 %.12f %.12f\n", n, lat, lon);
+        text += line;
+        ++n;
+    };
+    // Rings just inside, on and just outside the inner radius, every 15 degrees.
+    for (double offset : {-1e-3, 0.0, 1e-3})
+        for (int bearing = 0; bearing < 360; bearing += 15) {
+            double lat = 0, lon = 0;
+            ProjectPoint(kLat, kLon, bearing, 180 + offset, lat, lon);
+            add(apts, false, lat, lon);
+            ProjectPoint(kAircraftLat, kLon, bearing, 200 + offset, lat, lon);
+            add(awys, true, lat, lon);
+        }
+    sim.Write("orb/navdata/apts.txt", apts);
+    sim.Write("orb/navdata/awys.txt", awys);
+    LoadNavDatabase();
+    g_sim.latitude = kAircraftLat;
+    g_sim.longitude = kLon;
+    BuildProximitySubset(SubsetId::AirportsNear600, kLat, kLon);
+    BuildProximitySubset(SubsetId::AirportsNear180, kLat, kLon);
+    BuildProximitySubset(SubsetId::FixesNear600, kLat, kLon);
+    BuildProximitySubset(SubsetId::FixesNear200, kLat, kLon);
+    ASSERT_EQ(g_nearby.AirportsNear600.count, 72);
+    ASSERT_EQ(g_nearby.FixesNear600.count, 72);
+
+    // What measuring every row of the outer subset gives, in its order.
+    auto expect_same = [](const auto& inner, const auto& outer, double from_lat, double from_lon, double radius) {
+        int kept = 0;
+        for (int row = 1; row <= outer.count; ++row) {
+            double distance = 0, bearing = 0;
+            GreatCircle(from_lat, from_lon, outer.rows[row].Latitude, outer.rows[row].Longitude, distance, bearing);
+            if (!(distance <= radius)) continue;
+            ++kept;
+            ASSERT_LE(kept, inner.count);
+            EXPECT_STREQ(inner.rows[kept].Ident.data(), outer.rows[row].Ident.data());
+        }
+        EXPECT_EQ(inner.count, kept);
+        EXPECT_GE(kept, 24);  // at least the inside ring
+    };
+    expect_same(g_nearby.AirportsNear180, g_nearby.AirportsNear600, kLat, kLon, 180);
+    expect_same(g_nearby.FixesNear200, g_nearby.FixesNear600, kAircraftLat, kLon, 200);
+    // Due north and south, just inside: on the map; just outside: not.
+    auto has = [](const auto& subset, const char* ident) {
+        for (int row = 1; row <= subset.count; ++row)
+            if (std::strcmp(subset.rows[row].Ident.data(), ident) == 0) return true;
+        return false;
+    };
+    EXPECT_TRUE(has(g_nearby.AirportsNear180, "A0"));    // 179.999 nm at 0 degrees
+    EXPECT_TRUE(has(g_nearby.AirportsNear180, "A24"));   // 179.999 nm at 180 degrees
+    EXPECT_FALSE(has(g_nearby.AirportsNear180, "A96"));  // 180.001 nm at 0 degrees
+    EXPECT_TRUE(has(g_nearby.FixesNear200, "FIX1"));
+    EXPECT_TRUE(has(g_nearby.FixesNear200, "FIX25"));
+    EXPECT_FALSE(has(g_nearby.FixesNear200, "FIX97"));
 }
 
 TEST(NavDatabase, FormatLatLonTruncatesEachPart) {
