@@ -28,6 +28,7 @@
 #include "plan/plan_tables.h"
 
 #include <benchmark/benchmark.h>
+#include <valgrind/callgrind.h>
 #include <orbhost.h>
 
 #include <algorithm>
@@ -164,7 +165,14 @@ std::vector<double> FlyAcross(double range) {
         ProjectPoint(start_lat, start_lon, 90, flown, g_sim.latitude, g_sim.longitude);
         g_plan.context.ActiveLeg = std::min(rows - 1, static_cast<int>(flown / 50) + 1);
         auto start = std::chrono::steady_clock::now();
+        // Under callgrind (bench/nd_frame_instructions.sh) each frame's
+        // instructions are collected alone and dumped as one file.
+        if (RUNNING_ON_VALGRIND) CALLGRIND_TOGGLE_COLLECT;
         DrawDisplay(GaugeId::HW_B737_ND, &dc, 247, 294, 1);
+        if (RUNNING_ON_VALGRIND) {
+            CALLGRIND_TOGGLE_COLLECT;
+            CALLGRIND_DUMP_STATS;
+        }
         times.push_back(std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - start).count());
     }
     return times;
@@ -201,8 +209,10 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) {
     }
     double range = static_cast<double>(state.range(0)) / 10.0;
     std::vector<std::vector<double>> flights;
+    // Instructions don't vary from flight to flight: under callgrind one will do.
+    const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
     for (auto _ : state)
-        for (int flight = 0; flight < kFlights; ++flight) flights.push_back(FlyAcross(range));
+        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range));
     state.counters["range_nm"] = range;
     Report(state, Figures(flights));
 }
