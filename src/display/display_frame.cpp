@@ -12,6 +12,7 @@
 //   [SECTION] Update-time work
 #include "display/display_frame.h"
 
+#include "display/debug_page.h"
 #include "display/display_state.h"
 #include "display/nd_b737.h"
 #include "frame/aircraft_profile.h"
@@ -38,6 +39,7 @@ DisplayFrameSpec FrameSpecOf(GaugeId id) {
     case G::B777_PFD_NB: return {260, 260, SmoothingModeHighQuality, kB777Clear, true};
     case G::A320_EADI_NB: return {318, 310, SmoothingModeAntiAlias, 0, true};
     case G::C17_MFD: return {246, 241, SmoothingModeHighQuality, 0, true};
+    case G::DEBUG: return {330, 310, SmoothingModeHighQuality, 0, false, false};
     default: return {0, 0, SmoothingModeHighQuality, 0, false};
     }
 }
@@ -101,7 +103,7 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     graphics.SetSmoothing(shape.smoothing);
 
     // 4. Dark screen: power off, or the picture is shown by the pop-up.
-    if (g_sim.avionics_power == 0 || instance == 2) {
+    if ((shape.needs_power && g_sim.avionics_power == 0) || instance == 2) {
         graphics.Clear(shape.clear_colour);
         return;
     }
@@ -119,6 +121,7 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
 
     // 7. The page; the families still to come show their background.
     if (IsB737Nd(id)) DrawB737Nd(surface);
+    else if (id == GaugeId::DEBUG) DrawDebugPage(surface);
 
     // 8. The objects of the frame go with their scopes.
 }

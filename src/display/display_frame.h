@@ -55,12 +55,13 @@ struct DisplayFrameSpec {
     SmoothingMode smoothing;
     ARGB clear_colour;
     bool has_background;                // fill the design rectangle with the profile's colour
+    bool needs_power = true;            // dark while the avionics power is off (DEBUG: always lit)
 };
 DisplayFrameSpec FrameSpecOf(GaugeId id);
 
 // instance: 1 full picture, 2 dark screen, 3 without boundaries and intersections.
 void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance);
-// Update-time work of some displays (C17_MFD's mode logic, HW_B737_ND's mode variable).
+// Update-time work of the displays that have some (HW_B737_ND's mode variable).
 void DisplayUpdate(GaugeId id);
 // Whether a slow-changing picture repaints its background this frame.
 bool SlowRefreshDue();

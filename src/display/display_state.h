@@ -30,6 +30,15 @@ constexpr int kB737ModeMap = 5;         // arc with the map
 constexpr int kB737ModeCtrMap = 6;      // centred map
 constexpr int kB737ModePlan = 7;        // north-up plan
 
+// One screen of the C-17 multi-function display (the gauge serves four).
+struct C17Screen {
+    int page = 1;                       // 0 to 12: what the screen shows
+    int sub_page = 0;                   // the map page last chosen by the map key: 0, 3 or 6
+    int map_value_a = 3;                // working values of the map pages
+    int map_value_b = 9;
+};
+constexpr int kC17ScreenCount = 4;
+
 struct MapSwitches {
     int airports = 0;                   // 1: airports on the map
     int navaids = 0;                    // 1: navaids on the map
@@ -65,6 +74,8 @@ struct DisplayState {
     int proline4_radius = 140;          // 70 in mode 2, 140 in mode 3; kept in modes 0, 1
     double c17_range = 80;
     int c17_first_screen_request = 10;  // "MFDX1 mode" as last read; 10 no request
+    // The C-17 screens 1 to 4 at [0] to [3]: primary flight, map, engines, engines secondary.
+    std::array<C17Screen, kC17ScreenCount> c17_screens{{{1, 0, 3, 9}, {3, 0, 3, 9}, {9, 0, 3, 9}, {10, 0, 3, 9}}};
     // Map switches, one set per family; the common switches flip them all.
     std::array<MapSwitches, kMapFamilyCount> switches{};
     int AtcBoundariesShown = 0;         // 1: ATC boundaries on the maps

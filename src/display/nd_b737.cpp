@@ -133,12 +133,14 @@ void DrawHeadingPointer(gdi::Graphics& g, const DisplaySurface& surface, float c
     const GpPoint pointer[] = {{static_cast<INT>(cx), top + 1}, {static_cast<INT>(cx) - 6, top - 9},
                                {static_cast<INT>(cx) + 6, top - 9}};
     g.FillPolygon(white, pointer, 3);
-    // Track: the heading turned by the drift.
+    // The track line: where the aircraft goes over the ground, off the
+    // heading at the top of the card (clockwise on the screen is right).
     gdi::Pen track(palette::kWhite, 1.0f);
     ResetToDesign(surface);
     g.Translate(cx, cy);
-    double drift = std::isfinite(g_sim.drift_angle) ? g_sim.drift_angle : 0;
-    g.Rotate(F(drift));
+    double off_heading = ModuloPositive(g_sim.track - g_sim.heading_magnetic.now + 180, 360) - 180;
+    if (!std::isfinite(off_heading)) off_heading = 0;
+    g.Rotate(F(off_heading));
     g.DrawLine(track, 0, -radius + 10, 0, -22);
     ResetToDesign(surface);
 }
@@ -331,14 +333,16 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
         if (s.wind_speed >= kNoWindBelow) {
             std::snprintf(text, sizeof text, "%03.0f\u00B0/%2.0f", s.wind_direction_display, s.wind_speed);
             g.DrawText(text, label, palette::kWhite, 10, 255);
-            // The arrow points where the wind blows, relative to the heading.
+            // The arrow points where the wind blows to (it comes from the
+            // direction shown), turned as the map is: heading up.
             gdi::Pen arrow(palette::kWhite, 1.5f);
             ResetToDesign(surface);
-            g.Translate(72, 262);
-            g.Rotate(F(s.wind_direction_true - s.heading_true + 180));
-            g.DrawLine(arrow, 0, -9, 0, 9);
-            g.DrawLine(arrow, -4, 4, 0, 9);
-            g.DrawLine(arrow, 4, 4, 0, 9);
+            g.Translate(kWindArrowX, kWindArrowY);
+            double blows_to = s.wind_direction_true + 180 - s.heading_true;
+            g.Rotate(F(std::isfinite(blows_to) ? blows_to : 0));
+            g.DrawLine(arrow, 0, 9, 0, -9);
+            g.DrawLine(arrow, -4, -4, 0, -9);
+            g.DrawLine(arrow, 4, -4, 0, -9);
             ResetToDesign(surface);
         } else {
             g.DrawText("---\u00B0/---", label, palette::kWhite, 10, 255);
@@ -461,8 +465,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
         g.ResetClip();
     }
 
-    // 12. Furniture over the map.
-    if (IsMapMode(mode)) DrawVerticalMarks(g, view, kVerticalMarksStyleB737);
+    // 12. Furniture over the map; the vertical marks on every page with an arc or a map.
+    if (mode >= kB737ModeExpNav) DrawVerticalMarks(g, view, kVerticalMarksStyleB737);
     ResetToDesign(surface);
     double heading = g_sim.heading_magnetic.now;
     if (!std::isfinite(heading)) heading = 0;

@@ -17,6 +17,8 @@ constexpr int kB737CtrRadius = 110;
 constexpr int kB737RoseCentreY = 160;   // modes 1 and 2, the rose page
 constexpr int kB737RoseRadius = 95;
 constexpr int kVerticalMarksStyleB737 = 8;
+constexpr int kWindArrowX = 72;         // centre of the wind arrow, right of the wind text
+constexpr int kWindArrowY = 262;
 // Range gates of the object layers, nm.
 constexpr double kB737NavaidMaxRange = 160;
 constexpr double kB737AirportMaxRange = 160;

@@ -1,5 +1,8 @@
-// diagnostic_log.cpp: the log file and event list. The log is opened by
-// C17_MFD only; the event list comes with the DEBUG page.
+// diagnostic_log.cpp: orb1.log and the event list.
+//
+// The log is written many times a second (a line at every callback of every
+// gauge), so it is left to the C library's buffer: no flush, no time stamp.
+// The process's end closes it.
 #include "frame/diagnostic_log.h"
 
 #include "frame/module_state.h"
@@ -9,17 +12,50 @@
 #include <cstdarg>
 #include <cstdio>
 
-void WriteLogLine(const char* line) {
-    if (g_module.diagnostic_log == nullptr || line == nullptr) return;
-    std::fputs(line, g_module.diagnostic_log);
-    std::fflush(g_module.diagnostic_log);
-}
+EventList g_events;
 
+// [SECTION] orb1.log
 void OpenDiagnosticLog() {
     if (g_module.diagnostic_log != nullptr) return;
+    // The simulator's working folder is RootFolder; should it be unknown,
+    // the name alone opens in the working folder all the same.
+    FindRootFolder();
     char path[MAX_PATH];
-    DataPath("\\orb1.log", path, sizeof path);
+    if (g_module.RootFolder[0] != 0)
+        DataPath("\\orb1.log", path, sizeof path);
+    else
+        std::snprintf(path, sizeof path, "orb1.log");
     g_module.diagnostic_log = _fsopen(path, "w", _SH_DENYNO);
 }
 
-void LogEvent(const char*, ...) {}
+void WriteLogLine(const char* line) {
+    if (g_module.diagnostic_log == nullptr || line == nullptr) return;
+    std::fputs(line, g_module.diagnostic_log);
+}
+
+void WriteLogFormat(const char* format, ...) {
+    if (g_module.diagnostic_log == nullptr || format == nullptr) return;
+    va_list args;
+    va_start(args, format);
+    std::vfprintf(g_module.diagnostic_log, format, args);
+    va_end(args);
+}
+
+// [SECTION] Event list
+void LogEvent(const char* format, ...) {
+    EventList& e = g_events;
+    if (format == nullptr || e.count < 0 || e.count >= kEventListLimit) return;
+    auto& text = e.texts[static_cast<size_t>(e.count)];
+    va_list args;
+    va_start(args, format);
+    int written = std::vsnprintf(text.data(), text.size(), format, args);
+    va_end(args);
+    if (written < 0) return;  // nothing printable: nothing kept
+    ++e.count;
+}
+
+void TrimEventList(int keep) {
+    EventList& e = g_events;
+    if (keep < 0) keep = 0;
+    if (e.count > keep) e.count = keep;
+}

@@ -251,7 +251,9 @@ void SetTowerViewAt(double latitude, double longitude, double altitude_feet, con
     FsuipcWrite(0x0D60, 8, altitude, &result);
     FsuipcProcess(&result);
     FsuipcClose();
-    LogEvent("TWR Pos '%s' set", ident ? ident : "");
+    char bracketed[32];  // the ident as the airport's section names it: [IDENT]
+    std::snprintf(bracketed, sizeof bracketed, "[%s]", ident ? ident : "");
+    LogEvent("TWR Pos '%s' set", bracketed);
 }
 
 void ReadActiveRunways(const char* airport_ident) {

@@ -10,6 +10,7 @@
 
 #include "cdu/cdu_draw.h"
 #include "cdu/keypad.h"
+#include "display/c17_mfd.h"
 #include "display/control_panels.h"
 #include "display/display_frame.h"
 #include "display/display_state.h"
@@ -191,8 +192,6 @@ void StopGdiplus() {
     GdiplusShutdown(g_module.gdiplus_token);
     g_module.gdiplus_token = 0;
 }
-
-constexpr const char* kC17ModeNames[4] = {"MFDX1 mode", "MFDX2 mode", "MFDX3 mode", "MFDX4 mode"};
 }  // namespace
 
 // [SECTION] Layer switching
@@ -292,8 +291,10 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
         if (id == G::SERVER) {
             NamedVariablePump();
         } else if (id == G::C17_MFD) {
+            // The one gauge that runs the tick at update; then its screen's requests.
+            WriteLogLine("PANEL_SERVICE_PRE_UPDATE:\n");
             EngineTick();
-            DisplayUpdate(id);
+            C17MfdUpdate(gauge, parameters);
         } else if (id == G::HW_B737_ND) {
             DisplayUpdate(id);
         } else {
@@ -310,6 +311,7 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
             if (!resting) DrawStep(id, gauge, 1);
         } else if (is_display) {
             if (id != G::C17_MFD) EngineTick();
+            if (id == G::C17_MFD) ApplyC17PresetWord(parameters);
             int instance = WorkOutDrawInstance(id, parameters);
             if (instance != 0) DrawStep(id, gauge, instance);
         } else if (id == G::DEBUG) {
@@ -343,7 +345,8 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
             StartGdiplus();
             if (id == G::C17_MFD && !g_module.c17_named_checked) {
                 g_module.c17_named_checked = true;
-                for (int i = 0; i < 4; ++i) g_module.c17_mode_variable[i] = CheckNamedVariable(kC17ModeNames[i]);
+                for (size_t i = 0; i < kC17ModeVariableNames.size(); ++i)
+                    g_module.c17_mode_variable[i] = CheckNamedVariable(kC17ModeVariableNames[i]);
             }
         }
         break;
@@ -354,7 +357,7 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
         } else if (is_cdu || is_display || id == G::DEBUG) {
             StopGdiplus();
             if (id == G::C17_MFD)
-                for (const char* name : kC17ModeNames) UnregisterVarByName(name);
+                for (const char* name : kC17ModeVariableNames) UnregisterVarByName(name);
         }
         break;
 

@@ -333,6 +333,7 @@ void LoadRouteToActive(int mode) {
         TriggerKeyEvent(KeyEvent::SetZuluMinutes, static_cast<UINT32>(utc.tm_min));
     }
     if (ground_speed < kGroundSpeedOnGround) ApplyGroundLoadOptions(pc.CruiseAltitude);
+    TrimEventList(2);  // the event list starts over with the new plan, but for its first two
     // 16. A plan with a leg is active.
     (void)opened;
     if (has_leg) {

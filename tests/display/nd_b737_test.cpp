@@ -11,6 +11,105 @@
 using namespace nd_test;
 
 namespace {
+// How much a pixel counts as white furniture: grey to white pixels (the
+// anti-aliased edges of thin white lines included) by their brightness;
+// coloured pixels not at all.
+double WhiteWeight(uint32_t p) {
+    int r = static_cast<int>((p >> 16) & 0xFF), g = static_cast<int>((p >> 8) & 0xFF), b = static_cast<int>(p & 0xFF);
+    if (std::abs(r - g) > 40 || std::abs(g - b) > 40) return 0;
+    return g > 50 ? g - 50 : 0;
+}
+
+// Surface pixels back to the design canvas.
+double DesignX(double surface_x) { return surface_x * 244.0 / kSurfaceWidth; }
+double DesignY(double surface_y) { return surface_y * 302.0 / kSurfaceHeight; }
+
+// The angle, in degrees clockwise from straight up, of a thin white line
+// that leaves (cx, cy) upwards: the white pixels' centre on each row at the
+// distances of the bands (design pixels above the centre), within 20
+// degrees of the vertical, fitted through the centre. NaN when too few rows
+// hold white.
+double LineAngleUpFrom(const Frame& f, double cx, double cy, std::initializer_list<std::pair<int, int>> bands) {
+    double sum_dd = 0, sum_dx = 0;
+    int rows = 0;
+    for (auto [from, to] : bands) {
+        for (int d = from; d <= to; ++d) {
+            int y = static_cast<int>(std::lround(SurfaceY(cy - d)));
+            double reach = d * std::tan(20 * kDegToRad) + 3;
+            int x0 = static_cast<int>(SurfaceX(cx - reach)), x1 = static_cast<int>(SurfaceX(cx + reach)) + 1;
+            double weight = 0, moment = 0;
+            for (int x = x0; x <= x1; ++x) {
+                double w = WhiteWeight(f.canvas.At(x, y));
+                weight += w;
+                moment += w * DesignX(x + 0.5);
+            }
+            if (weight <= 0) continue;
+            double dy = cy - DesignY(y + 0.5);
+            double dx = moment / weight - cx;
+            sum_dd += dy * dy;
+            sum_dx += dy * dx;
+            ++rows;
+        }
+    }
+    if (rows < 10) return std::nan("");
+    return std::atan(sum_dx / sum_dd) / kDegToRad;
+}
+
+// Where an arrow centred at (cx, cy) points, in degrees clockwise from
+// straight up: its shaft is the long axis of its white pixels, and its head,
+// which holds more ink than its tail, tells which way along that axis. NaN
+// without white pixels.
+double ArrowBearingAt(const Frame& f, double cx, double cy, double half_size) {
+    double weight = 0, mx = 0, my = 0, sxx = 0, syy = 0, sxy = 0;
+    for (int y = static_cast<int>(SurfaceY(cy - half_size)); y <= static_cast<int>(SurfaceY(cy + half_size)); ++y)
+        for (int x = static_cast<int>(SurfaceX(cx - half_size)); x <= static_cast<int>(SurfaceX(cx + half_size)); ++x) {
+            double w = WhiteWeight(f.canvas.At(x, y));
+            double dx = DesignX(x + 0.5) - cx, dy = DesignY(y + 0.5) - cy;
+            weight += w;
+            mx += w * dx;
+            my += w * dy;
+            sxx += w * dx * dx;
+            syy += w * dy * dy;
+            sxy += w * dx * dy;
+        }
+    if (weight <= 0) return std::nan("");
+    double axis = 0.5 * std::atan2(2 * sxy, sxx - syy);  // from +x, y down
+    double ux = std::cos(axis), uy = std::sin(axis);
+    if (ux * mx + uy * my < 0) {
+        ux = -ux;
+        uy = -uy;
+    }
+    return std::atan2(ux, -uy) / kDegToRad;
+}
+
+// White ink inside a design rectangle.
+double WhiteIn(const Frame& f, double x0, double y0, double x1, double y1) {
+    double sum = 0;
+    for (int y = static_cast<int>(SurfaceY(y0)); y < static_cast<int>(SurfaceY(y1)); ++y)
+        for (int x = static_cast<int>(SurfaceX(x0)); x < static_cast<int>(SurfaceX(x1)); ++x)
+            sum += WhiteWeight(f.canvas.At(x, y));
+    return sum;
+}
+
+double AngleOff(double a, double b) { return std::remainder(a - b, 360.0); }
+
+// Heading 090 true and magnetic, 400 kt over the ground, in a wind the
+// engine's own wind solution turns into the drift, the track and the
+// displayed direction.
+void FlyEastInWind(double wind_from_true, double wind_speed) {
+    g_sim.magnetic_variation = 0;
+    g_sim.heading_true = 90;
+    g_sim.heading_magnetic.now = 90;
+    g_sim.ground_speed = 400;
+    g_sim.wind_direction_true = wind_from_true;
+    g_sim.wind_speed = wind_speed;
+    WindTriangle wind = SolveWind(g_sim.heading_true, wind_from_true, wind_speed, g_sim.ground_speed);
+    g_sim.true_airspeed.now = wind.true_airspeed;
+    g_sim.drift_angle = wind.drift_angle;
+    g_sim.track = EstimatedTrack(g_sim.heading_magnetic.now, wind);
+    g_sim.wind_direction_display = NormaliseMagnetic(wind_from_true - g_sim.magnetic_variation);
+}
+
 // Seattle to the east: SEA behind, then ahead, to the north-east.
 void SeattlePlan(int active = 1) {
     PlacePlan({{"KSEA", 47.45019, -122.31232},
@@ -136,6 +235,113 @@ TEST(NdTexts, HeadingBugDigitsWhileTheBugHasJustMoved) {
     const test_canvas::Seen* bug = moved.Find("127");
     ASSERT_NE(bug, nullptr);
     EXPECT_EQ(bug->box.argb, 0xFFFF13D5u);
+}
+
+TEST(NdFurniture, TrackLineLeansToTheSideTheWindPushes) {
+    FreshAircraft();
+    // Wind from 300 at 40 kt on heading 090: from behind on the left, it
+    // pushes the aircraft right, to a ground track of about 093.
+    FlyEastInWind(300, 40);
+    ASSERT_GT(g_sim.track, 92.5);
+    ASSERT_LT(g_sim.track, 94.5);
+    struct Page {
+        int mode;
+        double centre_y;
+        std::initializer_list<std::pair<int, int>> bands;  // clear of rings and card digits
+    };
+    const Page pages[] = {{kB737ModeMap, kB737ArcCentreY, {{30, 90}, {125, 180}}},
+                          {kB737ModeExpNav, kB737ArcCentreY, {{30, 45}, {125, 180}}},
+                          {kB737ModeNav, kB737RoseCentreY, {{26, 66}}},
+                          {kB737ModeCtrMap, kB737CtrCentreY, {{26, 45}, {64, 95}}}};
+    for (const Page& page : pages) {
+        g_display.b737_mode = page.mode;
+        double angle = LineAngleUpFrom(DrawNd(), kB737ArcCentreX, page.centre_y, page.bands);
+        EXPECT_NEAR(angle, g_sim.track - 90, 0.7) << "mode " << page.mode;
+        EXPECT_GT(angle, 2) << "right of the heading, mode " << page.mode;
+    }
+
+    // Wind from the right (240): the track and the line fall left.
+    FlyEastInWind(240, 40);
+    ASSERT_LT(g_sim.track, 88);
+    for (const Page& page : pages) {
+        g_display.b737_mode = page.mode;
+        double angle = LineAngleUpFrom(DrawNd(), kB737ArcCentreX, page.centre_y, page.bands);
+        EXPECT_NEAR(angle, g_sim.track - 90, 0.7) << "mode " << page.mode;
+        EXPECT_LT(angle, -2) << "left of the heading, mode " << page.mode;
+    }
+
+    // No wind: the line stands on the heading.
+    FlyEastInWind(0, 0);
+    g_display.b737_mode = kB737ModeMap;
+    EXPECT_NEAR(LineAngleUpFrom(DrawNd(), kB737ArcCentreX, kB737ArcCentreY, {{30, 90}, {125, 180}}), 0, 0.5);
+}
+
+TEST(NdFurniture, WindArrowPointsWhereTheWindBlows) {
+    FreshAircraft();
+    g_display.b737_mode = kB737ModeMap;
+    struct Case {
+        double from;        // true, where the wind comes from
+        double arrow;       // clockwise from the top of the screen, heading 090 up
+    };
+    // From 300 it blows to 120, 30 degrees right of the nose; from 240 to
+    // 060, 30 left; from 045 to 225, behind on the right; from 090, at the
+    // nose, straight down the screen.
+    for (Case c : {Case{300, 30}, Case{240, -30}, Case{45, 135}, Case{90, 180}}) {
+        FlyEastInWind(c.from, 40);
+        Frame f = DrawNd();
+        char text[16];
+        std::snprintf(text, sizeof text, "%03.0f\u00B0/40", c.from);
+        EXPECT_TRUE(f.Has(text)) << text;
+        double bearing = ArrowBearingAt(f, kWindArrowX, kWindArrowY, 12);
+        EXPECT_NEAR(AngleOff(bearing, c.arrow), 0, 10) << "wind from " << c.from << ", arrow at " << bearing;
+    }
+    // The map's up is the heading: turned to 000, the wind from 300 blows
+    // to 120, behind on the right.
+    FlyEastInWind(300, 40);
+    g_sim.heading_true = 0;
+    g_sim.heading_magnetic.now = 0;
+    EXPECT_NEAR(AngleOff(ArrowBearingAt(DrawNd(), kWindArrowX, kWindArrowY, 12), 120), 0, 10);
+    // Below a knot there is no arrow.
+    FlyEastInWind(300, 0.5);
+    EXPECT_TRUE(std::isnan(ArrowBearingAt(DrawNd(), kWindArrowX, kWindArrowY, 12)));
+}
+
+TEST(NdRoute, WaypointEastLandsRightOfTheAircraft) {
+    FreshAircraft();
+    double east_lat = 0, east_lon = 0, south_lat = 0, south_lon = 0;
+    ProjectPoint(g_sim.latitude, g_sim.longitude, 90, 30, east_lat, east_lon);
+    ProjectPoint(g_sim.latitude, g_sim.longitude, 180, 30, south_lat, south_lon);
+    PlacePlan({{"SOUTH", south_lat, south_lon}, {"EASTP", east_lat, east_lon}}, 1);
+    g_display.b737_range = 40;
+
+    // North-up PLAN around the active waypoint: the aircraft stands 30 nm
+    // west of the centre, so its symbol is left of the waypoint.
+    g_display.b737_mode = kB737ModePlan;
+    DrawNd();                              // the mode's radius settles
+    Frame plan = DrawNd();
+    const test_canvas::Seen* east = plan.Find("EASTP");
+    ASSERT_NE(east, nullptr);
+    EXPECT_NEAR(east->box.layout_x, SurfaceX(kB737ArcCentreX + 7), 2);
+    double ship_x = kB737ArcCentreX - 30.0 * kB737CtrRadius / 40;   // 30 nm at 110 px for 40 nm
+    double ship_y = kB737CtrCentreY;
+    EXPECT_GT(WhiteIn(plan, ship_x - 13, ship_y - 16, ship_x + 13, ship_y + 15), 500) << "own-ship west of centre";
+    double mirror_x = 2 * kB737ArcCentreX - ship_x;
+    EXPECT_LT(WhiteIn(plan, mirror_x - 13, ship_y - 16, mirror_x + 13, ship_y + 15), 50) << "nothing east of centre";
+    EXPECT_GT(east->box.layout_x, SurfaceX(ship_x + 13));
+
+    // Heading north on the map: east is right of the own-ship at the arc's centre.
+    g_sim.heading_true = 0;
+    g_display.b737_mode = kB737ModeMap;
+    DrawNd();
+    Frame north = DrawNd();
+    ASSERT_NE(north.Find("EASTP"), nullptr);
+    EXPECT_GT(north.Find("EASTP")->box.layout_x, SurfaceX(kB737ArcCentreX + 40));
+    EXPECT_NEAR(north.Find("EASTP")->box.layout_y, SurfaceY(kB737ArcCentreY - 7), 3);
+    // Heading east, it is straight ahead.
+    g_sim.heading_true = 90;
+    Frame east_up = DrawNd();
+    EXPECT_NEAR(east_up.Find("EASTP")->box.layout_x, SurfaceX(kB737ArcCentreX + 7), 2);
+    EXPECT_LT(east_up.Find("EASTP")->box.layout_y, SurfaceY(kB737ArcCentreY - 100));
 }
 
 TEST(NdRoute, ActiveWaypointMagentaOthersWhiteAheadOfTheAircraft) {
@@ -332,8 +538,15 @@ TEST(NdMarks, TopOfClimbAndDescentAndTheVerticalDeviationScale) {
     Frame cruising = DrawNd();
     EXPECT_FALSE(cruising.Has("T/C"));
     EXPECT_TRUE(cruising.Has("T/D"));
-    g_display.b737_mode = kB737ModeExpNav;
-    EXPECT_FALSE(DrawNd().Has("T/D"));      // only over the map
+    // Over every page with an arc or a map; not on the full rose pages.
+    for (int mode : {kB737ModeExpNav, kB737ModeExpVor, kB737ModeCtrMap, kB737ModePlan}) {
+        g_display.b737_mode = mode;
+        EXPECT_TRUE(DrawNd().Has("T/D")) << mode;
+    }
+    for (int mode : {kB737ModeNav, kB737ModeVor}) {
+        g_display.b737_mode = mode;
+        EXPECT_FALSE(DrawNd().Has("T/D")) << mode;
+    }
 
     // Descending 600 ft above the path: the pointer at its stop and the number.
     g_display.b737_mode = kB737ModeMap;
@@ -357,7 +570,8 @@ TEST(NdMarks, TopOfClimbAndDescentAndTheVerticalDeviationScale) {
 }
 
 TEST(NdShots, EachModeAsAPicture) {
-    // Pictures for a person to look at, over the demonstration database.
+    // Pictures for a person to look at, over the demonstration database;
+    // each is checked for what sets its page apart.
     FreshAircraft();
     std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s/data/sim", ORB_SOURCE_DIR);
     LoadNavDatabase();
@@ -367,12 +581,16 @@ TEST(NdShots, EachModeAsAPicture) {
     g_sim.longitude = -121.95;
     g_sim.heading_true = 80;
     g_sim.heading_magnetic.now = 63;
+    g_sim.magnetic_variation = 17;
     g_sim.heading_bug.now = 75;
-    g_sim.drift_angle = 3;
     g_sim.bank.now = 10;
     g_sim.wind_speed = 35;
-    g_sim.wind_direction_display = 250;
-    g_sim.wind_direction_true = 267;
+    g_sim.wind_direction_true = 310;
+    g_sim.wind_direction_display = NormaliseMagnetic(310 - 17);
+    WindTriangle wind = SolveWind(80, 310, 35, g_sim.ground_speed);
+    g_sim.true_airspeed.now = wind.true_airspeed;
+    g_sim.drift_angle = wind.drift_angle;
+    g_sim.track = EstimatedTrack(63, wind);
     PlacePlan({{"KSEA", 47.45019, -122.31232},
                {"SEA", 47.43536, -122.30961},
                {"NORMY", 47.42955, -121.72123},
@@ -390,9 +608,14 @@ TEST(NdShots, EachModeAsAPicture) {
         int mode;
         double range;
         const char* file;
+        double centre_y, radius;  // the compass card's centre and radius on this page
+        bool closed;              // a full ring (rose, centred, plan) or the arc alone
     };
-    for (Shot shot : {Shot{5, 40, "nd_map_40.png"}, Shot{5, 160, "nd_map_160.png"}, Shot{6, 40, "nd_ctr_40.png"},
-                      Shot{7, 160, "nd_plan_160.png"}, Shot{1, 40, "nd_nav_rose.png"}, Shot{4, 40, "nd_exp_vor.png"}}) {
+    const double rose_y = kB737RoseCentreY, rose_r = kB737RoseRadius, ctr_y = kB737CtrCentreY, ctr_r = kB737CtrRadius,
+                 arc_y = kB737ArcCentreY, arc_r = kB737ArcRadius;
+    for (Shot shot : {Shot{5, 40, "nd_map_40.png", arc_y, arc_r, false}, Shot{5, 160, "nd_map_160.png", arc_y, arc_r, false},
+                      Shot{6, 40, "nd_ctr_40.png", ctr_y, ctr_r, true}, Shot{7, 160, "nd_plan_160.png", ctr_y, ctr_r, true},
+                      Shot{1, 40, "nd_nav_rose.png", rose_y, rose_r, true}, Shot{4, 40, "nd_exp_vor.png", arc_y, arc_r, false}}) {
         g_display.b737_mode = shot.mode;
         g_display.b737_range = shot.range;
         // Airports everywhere hide the plan at long range.
@@ -400,9 +623,24 @@ TEST(NdShots, EachModeAsAPicture) {
         DrawNd();                            // the radius of the mode settles
         Frame frame = DrawNd();
         frame.WritePng(shot.file);
-        EXPECT_GT(frame.Near(0xFFDEE6E9, 30), 50) << shot.file;  // white furniture on every page
-        if (shot.mode >= 5) {
-            EXPECT_TRUE(frame.Has("BLUIT")) << shot.file;
+        // The card's top stands over the centre at the page's radius; only
+        // the rose, centred and plan pages close it under the centre, and the
+        // arc pages leave the place where the centred ring would close empty.
+        auto ink_at = [&](double y) { return WhiteIn(frame, kB737ArcCentreX - 4, y - 3, kB737ArcCentreX + 4, y + 3); };
+        EXPECT_GT(ink_at(shot.centre_y - shot.radius), 300) << shot.file;
+        if (shot.closed)
+            EXPECT_GT(ink_at(shot.centre_y + shot.radius), 300) << shot.file;
+        else
+            EXPECT_LT(ink_at(ctr_y + ctr_r), 30) << shot.file;
+        // The route only on the map pages; BLUIT lies east of the aircraft
+        // and of NORMY, so right of the centre line whichever way is up.
+        const test_canvas::Seen* bluit = frame.Find("BLUIT");
+        if (shot.mode >= kB737ModeMap) {
+            ASSERT_NE(bluit, nullptr) << shot.file;
+            EXPECT_GT(bluit->box.layout_x, SurfaceX(kB737ArcCentreX + 7)) << shot.file;
+        } else {
+            EXPECT_EQ(bluit, nullptr) << shot.file;
         }
+        EXPECT_EQ(frame.Has("N"), shot.mode == kB737ModePlan) << shot.file;
     }
 }

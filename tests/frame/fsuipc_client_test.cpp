@@ -1,6 +1,7 @@
 // The FSUIPC client against a fake server: every error code, the buffer
 // limits, answers copied back, and the four jobs built on the client.
 #include "flightlog/flight_log.h"
+#include "frame/diagnostic_log.h"
 #include "frame/fsuipc_client.h"
 #include "frame/sim_access.h"
 #include "support/fake_panels.h"
@@ -199,9 +200,11 @@ TEST_F(FsuipcTest, JobsEndAtOnceWithoutAServer) {
     server.present = false;
     g_flight_log = {};
     ReadInitialLoad();
+    g_events.count = 0;
     LoadFuel(10000);
     ReadActiveRunways("KSEA");
     EXPECT_EQ(server.messages, 0);
+    EXPECT_EQ(g_events.count, 0);  // nothing loaded, nothing to tell
     EXPECT_EQ(g_fsuipc.last_error, FsuipcError::NoServerWindow);
     EXPECT_EQ(g_flight_log.zero_fuel_weight, 0);
     EXPECT_EQ(g_fsuipc.link.buffer, nullptr);
@@ -234,7 +237,10 @@ TEST_F(FsuipcTest, FuelFillsMainsThenCentreThenAuxThenTips) {
     t[Token::FUEL_CAP_RIGHT_AUX] = 0;
     t[Token::FUEL_CAP_LEFT_TIP] = 100;
     t[Token::FUEL_CAP_RIGHT_TIP] = 100;        // tips: 1200 lb
+    g_events.count = 0;
     LoadFuel(18000);
+    ASSERT_EQ(g_events.count, 1);
+    EXPECT_STREQ(g_events.texts[0].data(), "FUEL ' 18000' loaded");
     EXPECT_EQ(server.Get<uint32_t>(0x0B7C), 0x800000u);
     EXPECT_EQ(server.Get<uint32_t>(0x0B94), 0x800000u);
     EXPECT_EQ(server.Get<uint32_t>(0x0B74), static_cast<uint32_t>(6000.0 / 12000.0 * 8388608.0));
@@ -252,7 +258,10 @@ TEST_F(FsuipcTest, FuelFillsMainsThenCentreThenAuxThenTips) {
 }
 
 TEST_F(FsuipcTest, TowerViewWritesScaledPosition) {
+    g_events.count = 0;
     SetTowerViewAt(47.449, -122.309, 433, "KSEA");
+    ASSERT_EQ(g_events.count, 1);
+    EXPECT_STREQ(g_events.texts[0].data(), "TWR Pos '[KSEA]' set");
     EXPECT_EQ(server.Get<int64_t>(0x0D50), static_cast<int64_t>(47.449 * 477302101697422.25));
     EXPECT_EQ(server.Get<int64_t>(0x0D58), static_cast<int64_t>(-122.309 * 51240955760304310.0));
     EXPECT_EQ(server.Get<uint32_t>(0x0D60), 0u);

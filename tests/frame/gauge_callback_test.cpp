@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 namespace {
 std::string ProfileName() { return g_module.AircraftProfileName.data(); }
@@ -240,7 +241,8 @@ TEST(GaugeCallback, ServerReadsTheTitleAndC17LooksUpItsModesOnce) {
     server.Service(PANEL_SERVICE_POST_INITIALIZE);
     EXPECT_EQ(std::string(g_module.aircraft_title.data()), "TWIN JET 800 LIVERY");
 
-    scope.sim.named_ids["MFDX3 mode"] = 17;
+    scope.sim.named_ids["MFDX3 mode"] = 16;   // not the panel's spelling of the third
+    scope.sim.named_ids["MFDx3 mode"] = 17;
     GaugeInstance c17(GaugeId::C17_MFD, "");
     c17.Service(PANEL_SERVICE_CONNECT_TO_WINDOW);
     EXPECT_EQ(g_module.c17_mode_variable[2], 17);
@@ -249,5 +251,6 @@ TEST(GaugeCallback, ServerReadsTheTitleAndC17LooksUpItsModesOnce) {
     c17.Service(PANEL_SERVICE_CONNECT_TO_WINDOW);
     EXPECT_EQ(g_module.c17_mode_variable[0], -1);  // looked up once only
     c17.Service(PANEL_SERVICE_DISCONNECT);
-    EXPECT_EQ(scope.sim.unregistered.size(), 4u);
+    EXPECT_EQ(scope.sim.unregistered,
+              (std::vector<std::string>{"MFDX1 mode", "MFDx2 mode", "MFDx3 mode", "MFDx4 mode"}));
 }

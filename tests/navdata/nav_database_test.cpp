@@ -1,6 +1,7 @@
 // nav_database_test.cpp: the bulk load, the navaid index, the name search,
 // the proximity subsets, position texts, the cycle and the airport details.
 #include "navdata/sim_folder.h"
+#include "frame/diagnostic_log.h"
 
 #include "guidance/geodesy.h"
 #include "navdata/nav_text.h"
@@ -155,13 +156,16 @@ TEST(NavDatabase, FullTablesDropFurtherRowsAndWarnOnce) {
     sim.Write("orb/navdata/apts.txt", apts);
     sim.Write("orb/navdata/apts_user.txt", "USER N 0 1 2\n");
     sim.Write("orb/navdata/navs.txt", navs);
+    g_events.count = 0;
     LoadNavDatabase();
     EXPECT_EQ(g_navdb.AirportTable.count, kAirportLimit);
     EXPECT_EQ(Ident(NavTableId::Airports, kAirportLimit), "A" + std::to_string(kAirportLimit));
-    EXPECT_TRUE(g_navdb.airport_warning_written);
     EXPECT_EQ(ResolveName(3, "USER"), 0);  // the overlay found the table full
     EXPECT_EQ(g_navdb.NavaidTable.count, kNavaidLimit);
-    EXPECT_TRUE(g_navdb.navaid_warning_written);
+    // One warning a table, at the count that raised it, however many rows followed.
+    ASSERT_EQ(g_events.count, 2);
+    EXPECT_STREQ(g_events.texts[0].data(), ("Apts '" + std::to_string(kStructLimitWarning) + "' approaching struct_limit").c_str());
+    EXPECT_STREQ(g_events.texts[1].data(), ("Navs '" + std::to_string(kStructLimitWarning) + "' approaching struct_limit").c_str());
 
     // Intersections, line by line, to the limit and past it.
     ResetBulkTables(0);
@@ -174,12 +178,22 @@ TEST(NavDatabase, FullTablesDropFurtherRowsAndWarnOnce) {
 
 TEST(NavDatabase, WarningWaitsForTheCountNearTheLimit) {
     SimFolder sim;
+    g_events.count = 0;
     ResetBulkTables(0);
     BulkColumns columns;
     for (int i = 0; i < kStructLimitWarning - 1; ++i) LoadBulkLine("APT N 1 2 3", NavTableId::Airports, columns);
-    EXPECT_FALSE(g_navdb.airport_warning_written);
+    EXPECT_EQ(g_events.count, 0);
     LoadBulkLine("APT N 1 2 3", NavTableId::Airports, columns);
-    EXPECT_TRUE(g_navdb.airport_warning_written);
+    ASSERT_EQ(g_events.count, 1);
+    EXPECT_STREQ(g_events.texts[0].data(), ("Apts '" + std::to_string(kStructLimitWarning) + "' approaching struct_limit").c_str());
+
+    // A fresh load with the event list full: the warning finds no room.
+    SimFolder::ResetState();
+    ResetBulkTables(0);
+    for (int i = g_events.count; i < kEventListLimit; ++i) LogEvent("earlier %d", i);
+    for (int i = 0; i < kStructLimitWarning; ++i) LoadBulkLine("APT N 1 2 3", NavTableId::Airports, columns);
+    EXPECT_EQ(g_events.count, kEventListLimit);
+    EXPECT_STREQ(g_events.texts[kEventListLimit - 1].data(), ("earlier " + std::to_string(kEventListLimit - 1)).c_str());
 }
 
 TEST(NavDatabase, FindNavaidWalksOnlyTheFirstRunOfItsLetter) {

@@ -3,9 +3,11 @@
 
 #include "cdu/keypad.h"
 #include "display/display_state.h"
+#include "display/traffic.h"
 #include "cdu/plan_data_texts.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
+#include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
@@ -25,6 +27,8 @@ std::string ResetModuleState() {
         char pattern[] = "/tmp/orb-test-root-XXXXXX";
         if (char* made = mkdtemp(pattern)) root = made;
     }
+    // A log a C17_MFD opened is closed, as the end of a process would.
+    if (g_module.diagnostic_log != nullptr) std::fclose(g_module.diagnostic_log);
     g_module = {};
     std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s", root.c_str());
     g_config = {};
@@ -47,5 +51,7 @@ std::string ResetModuleState() {
     g_plan = kNoPlans;
     ClearPlans();
     g_display = {};
+    g_traffic = {};
+    g_events.count = 0;
     return root;
 }
