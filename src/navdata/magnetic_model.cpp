@@ -289,13 +289,18 @@ int WholeDegreeVariation(float declination) {
     return whole;
 }
 
-int MagneticVariation(int latitude, int longitude) {
+float MagneticDeclination(float latitude, float longitude, float altitudeKm, float year) {
     // The database load stores the text first; a call ahead of it still
     // gets the model rather than an empty one.
     if (g_magnetic.coefficient_text[0][0] == 0) StoreMagneticCoefficients();
     InitMagneticModel(kMagneticMaxDegree);
     float declination = 0, dip = 0, total_intensity = 0, grid_variation = 0;
-    EvaluateMagneticModel(1.0f, static_cast<float>(latitude), static_cast<float>(longitude), 2005.0f, declination,
-                          dip, total_intensity, grid_variation);
-    return WholeDegreeVariation(declination);
+    EvaluateMagneticModel(altitudeKm, latitude, longitude, year, declination, dip, total_intensity, grid_variation);
+    return declination;
+}
+
+int MagneticVariation(int latitude, int longitude) {
+    // The year is fixed: the date of the flight plays no part.
+    return WholeDegreeVariation(
+        MagneticDeclination(static_cast<float>(latitude), static_cast<float>(longitude), 1.0f, 2005.0f));
 }

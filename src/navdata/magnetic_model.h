@@ -13,6 +13,9 @@ constexpr int kMagneticTextLines = 92;          // header, 90 coefficient lines,
 constexpr int kMagneticLineLength = 70;         // longest line the text table holds
 constexpr int kMagneticMaxDegree = 12;          // degree and order of WMM-2005
 constexpr int kMagneticSize = kMagneticMaxDegree + 1;  // rows and columns of the matrices (0..12)
+// What the published model is made for: decimal years, km above the ellipsoid.
+constexpr double kMagneticFirstYear = 2005.0, kMagneticLastYear = 2010.0;
+constexpr double kMagneticLowestKm = -1.0, kMagneticHighestKm = 850.0;
 
 // The coefficient text, one NUL-terminated line a row.
 using MagneticCoefficientText = std::array<std::array<char, kMagneticLineLength + 1>, kMagneticTextLines>;
@@ -78,6 +81,11 @@ void EvaluateMagneticModel(float altitudeKm, float latitude, float longitude, fl
 // The whole-degree rule of the variation: cut toward zero, then one more
 // when the declination is above 0.54 (12.1 gives 13, -12.9 gives -12).
 int WholeDegreeVariation(float declination);
-// Whole-degree variation, east positive, at a whole-degree position, for
-// the year 2005.0 and 1 km altitude. Initialises the model on every call.
+// The model's declination, degrees east positive, at a geodetic position
+// (degrees), an altitude in km above the WGS-84 ellipsoid and a decimal year.
+// Initialises the model on every call, so nothing of an earlier evaluation
+// is kept. The model is made for 2005.0 to 2010.0 and -1 to 850 km.
+float MagneticDeclination(float latitude, float longitude, float altitudeKm, float year);
+// Whole-degree variation, east positive, at a whole-degree position: the
+// declination for the year 2005.0 and 1 km altitude, by the whole-degree rule.
 int MagneticVariation(int latitude, int longitude);

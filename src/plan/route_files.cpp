@@ -11,6 +11,7 @@
 
 #include "guidance/lnav.h"
 
+#include "frame/aircraft_profile.h"
 #include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
 #include "frame/fsuipc_client.h"
@@ -48,7 +49,9 @@ constexpr int kMaxFolderNames = 2000;        // names of the folder looked at, a
 // [SECTION] Folder and saving
 void FlightPlanFolder(char* out, size_t size) {
     if (out == nullptr || size == 0) return;
-    const char* configured = g_config.FlightPlansFolder.data();
+    // The aircraft profile's folder first, then orb.cfg's.
+    const char* configured = g_profile.FlightPlansFolder[0] != 0 ? g_profile.FlightPlansFolder.data()
+                                                                 : g_config.FlightPlansFolder.data();
     if (configured[0] != 0) {
         size_t n = std::strlen(configured);
         bool has_slash = configured[n - 1] == '\\' || configured[n - 1] == '/';

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -65,6 +66,9 @@ protected:
         base_ = fs::path(ORB_BINARY_DIR) / "test-import" / info->name();
         fs::remove_all(base_);
         fs::create_directories(base_ / "src");
+        WriteGoodInputs();
+    }
+    void WriteGoodInputs() {
         Write("nav.dat", kNav);
         Write("fix.dat", kFix);
         Write("awy.dat", kAwy);
@@ -177,8 +181,10 @@ TEST_F(ImportXplane, AirwaysChainedIntoRunsPerName) {
 }
 
 TEST_F(ImportXplane, RegionKeepsOnlyWhatLiesInside) {
-    Result r = Import("--region 48,-123,46,-121");
+    // The DME at 47.0 N lies outside, SEA's inside.
+    Result r = Import("--region 48,-123,47.2,-121");
     ASSERT_EQ(r.code, 0) << r.output;
+    EXPECT_NE(r.output.find(" 1 DME/TACAN skipped"), std::string::npos) << r.output;
     EXPECT_EQ(Out("navs.txt").find("FAR"), std::string::npos);
     EXPECT_EQ(Out("ints.txt").find("FARFX"), std::string::npos);
     EXPECT_EQ(Out("awys.txt").find("V9"), std::string::npos);
@@ -195,39 +201,191 @@ TEST_F(ImportXplane, GzipInputReadsLikePlain) {
     EXPECT_NE(Out("apts.txt").find("KSEA Seattle_Tacoma_Intl 433"), std::string::npos);
 }
 
+// Every entry of the output folder that is not one of the four files: a
+// temporary, a backup or a journal left behind.
+std::vector<std::string> Leftovers(const fs::path& folder) {
+    std::vector<std::string> left;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().extension() != ".txt") left.push_back(entry.path().filename().string());
+    return left;
+}
+
 TEST_F(ImportXplane, BadInputNamesFileAndLineAndWritesNothing) {
     // A first import leaves files that a failing one must not touch.
     ASSERT_EQ(Import().code, 0);
     std::string before = Out("apts.txt");
+    const std::string nav_head = "I\n810 Version\n";
+    const std::string apt_head = "I\n1000 Version\n1 433 1 0 KSEA X\n";
+    const char kNulInLine[] = "I\n600 Version\n 47.1 -122.1 ALDER\n 45.600000  045.020000\0 47.0\n 46.0 -121.389506 BBBBB\n99\n";
+    const std::string runway = "100 45 1 0 0.25 1 3 0 16C 47.46 -122.31 0 0 3 0 0 2 34C 47.43 -122.31 0 0 3 1 0 2\n";
     struct Case {
         const char* file;
         std::string text;
         std::string message;
     } cases[] = {
-        {"fix.dat", "I\n600 Version\n 47.1 -122.1 ALDER\n 47.x -122.0 BAD\n99\n", "fix.dat:4: bad latitude or longitude"},
+        // Structure
         {"fix.dat", "I\n600 Version\n 47.1 -122.1 ALDER\n", "fix.dat:3: file ends without its closing 99 line"},
         {"nav.dat", "I\n850 Version\n99\n", "nav.dat:2: version 850 is not supported (810 expected)"},
         {"awy.dat", "I\n640 Version\nAAAAA 47.0 -122.0 BBBBB\n99\n", "awy.dat:3: airway row has 4 columns, 10 expected"},
-        {"apt.dat", "I\n1000 Version\n1 433 1 0 KSEA X\n100 45 1 0\n99\n", "apt.dat:4: runway row has 4 columns, 26 expected"},
-        {"apt.dat", "\x1f\x8b not really gzip\n", "apt.dat:1: empty or unreadable file"},
+        {"apt.dat", apt_head + "100 45 1 0\n99\n", "apt.dat:4: runway row has 4 columns, 26 expected"},
+        {"apt.dat", "\x1f\x8b not really gzip\n", "apt.dat:1: cannot read ("},
         {"nav.dat", "0x\n810\n99\n", "nav.dat:1: not an X-Plane data file"},
+        // A NUL byte ends no line: the two lines around it are not merged into one.
+        {"fix.dat", std::string(kNulInLine, sizeof kNulInLine - 1), "fix.dat:4: NUL byte inside the line"},
+        // Numbers strtod would take that no data file holds
+        {"fix.dat", "I\n600 Version\n 0x1p4 -122.1 ALDER\n99\n", "fix.dat:3: bad latitude '0x1p4' (decimal degrees within -90..90)"},
+        {"fix.dat", "I\n600 Version\n 47.1 -122.1e0 ALDER\n99\n", "fix.dat:3: bad longitude '-122.1e0'"},
+        {"fix.dat", "I\n600 Version\n 47.1 " + std::string(400, '1') + " ALDER\n99\n", "fix.dat:3: bad longitude '1111"},
+        {"awy.dat", "I\n640 Version\nAAAAA nan -122.0 BBBBB 47.1 -122.0 2 180 450 J1\n99\n", "awy.dat:3: bad latitude 'nan'"},
+        {"awy.dat", "I\n640 Version\nAAAAA 47.0 -122.0 BBBBB 47.1 inf 2 180 450 J1\n99\n", "awy.dat:3: bad longitude 'inf'"},
+        {"awy.dat", "I\n640 Version\nAAAAA 47.0 -122.0 BBBBB 47.1 -122.0 2 180 450 J1\nCCCCC 47.0 -200 DDDDD 47.1 -122.0 2 180 450 J1\n99\n",
+         "awy.dat:4: bad longitude '-200'"},
+        // Values beyond an int or the column's range
+        {"nav.dat", nav_head + "2  47.5 -122.0 0 1e300 50 0.0 AB ALPHA NDB\n99\n", "nav.dat:3: bad NDB frequency '1e300' (whole kHz within 100..1999)"},
+        {"nav.dat", nav_head + "2  47.5 -122.0 0 99999999999 50 0.0 AB ALPHA NDB\n99\n", "nav.dat:3: bad NDB frequency '99999999999'"},
+        {"nav.dat", nav_head + "2  47.5 -122.0 0 396.5 50 0.0 AB ALPHA NDB\n99\n", "nav.dat:3: bad NDB frequency '396.5'"},
+        {"nav.dat", nav_head + "3  47.4 -122.3 354 1168 130 19.0 SEA SEATTLE VORTAC\n99\n", "nav.dat:3: bad frequency '1168'"},
+        {"nav.dat", nav_head + "4  47.4 -122.3 355 11170 18 1e3 ISZI KSEA 16C ILS\n99\n", "nav.dat:3: bad variation or course '1e3'"},
+        {"nav.dat", nav_head + "3e0  47.4 -122.3 354 11680 130 19.0 SEA SEATTLE VORTAC\n99\n", "nav.dat:3: bad row code '3e0'"},
+        {"nav.dat", nav_head + "2147483648 47.4 -122.3 354 11680 130 19.0 SEA SEATTLE\n99\n", "nav.dat:3: bad row code '2147483648'"},
+        {"nav.dat", nav_head + "12 nan -122.3 354 11680 130 0.0 SEA SEATTLE DME\n99\n", "nav.dat:3: bad latitude 'nan'"},
+        {"apt.dat", "I\n1000 Version\n1 1e300 1 0 KSEA X\n" + runway + "99\n", "apt.dat:3: bad elevation '1e300' (feet within -2000..30000)"},
+        {"apt.dat", "I\n1000 Version\n1 -inf 1 0 KSEA X\n" + runway + "99\n", "apt.dat:3: bad elevation '-inf'"},
+        {"apt.dat", apt_head + "100 45 1 0 0.25 1 3 0 16C 47.46 -122.31 99999 0 3 0 0 2 34C 47.43 -122.31 0 0 3 1 0 2\n99\n",
+         "apt.dat:4: bad displaced threshold '99999'"},
+        // Texts that would break the module's lines
+        {"apt.dat", apt_head + "100 45 1 0 0.25 1 3 0 16_L 47.46 -122.31 0 0 3 0 0 2 34C 47.43 -122.31 0 0 3 1 0 2\n99\n",
+         "apt.dat:4: runway designator '16_L' holds a '_'"},
+        {"nav.dat", nav_head + "4  47.4 -122.3 355 11170 18 180.3 IS_ZI KSEA 16C ILS\n99\n", "nav.dat:3: localizer ident 'IS_ZI' holds a '_'"},
+        {"fix.dat", "I\n600 Version\n 47.1 -122.1 ;ALDER\n99\n", "fix.dat:3: ident ';ALDER' holds a leading ';'"},
+        {"fix.dat", "I\n600 Version\n 47.1 -122.1 AL\x01" "DER\n99\n", "fix.dat:3: ident 'AL?DER' holds a control character"},
+        {"apt.dat", "I\n1000 Version\n1 433 1 0 KSEA Seattle\x1bTacoma\n" + runway + "99\n", "apt.dat:3: name 'Seattle?Tacoma' holds a control character"},
     };
     for (const Case& c : cases) {
-        SetUp();
-        ASSERT_EQ(Import().code, 0);
+        WriteGoodInputs();
         Write(c.file, c.text);
         Result r = Import();
         EXPECT_NE(r.code, 0) << c.file;
-        EXPECT_NE(r.output.find(c.message), std::string::npos) << r.output;
+        EXPECT_NE(r.output.find(c.message), std::string::npos) << c.message << "\n" << r.output;
         EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), 1) << r.output;  // one line
         EXPECT_EQ(Out("apts.txt"), before);
-        for (const auto& entry : fs::directory_iterator(base_ / "dst" / "orb" / "navdata"))
-            EXPECT_EQ(entry.path().extension(), ".txt") << entry.path();  // no temporary left behind
+        EXPECT_EQ(Leftovers(base_ / "dst" / "orb" / "navdata"), std::vector<std::string>{});
     }
+    // A gzip file cut short: its last, cut line is not read as a row.
+    SetUp();
+    std::string fixes = "I\n600 Version\n";
+    for (int i = 0; i < 20000; ++i) fixes += " 47.100000 -122.100000 F" + std::to_string(i) + "\n";
+    Write("fix.dat", fixes + "99\n");
+    ASSERT_EQ(std::system(("gzip -f " + (base_ / "src" / "fix.dat").string()).c_str()), 0);
+    fs::resize_file(base_ / "src" / "fix.dat.gz", fs::file_size(base_ / "src" / "fix.dat.gz") / 2);
+    Result cut = Import();
+    EXPECT_NE(cut.code, 0);
+    EXPECT_NE(cut.output.find("fix.dat.gz:"), std::string::npos) << cut.output;
+    EXPECT_NE(cut.output.find(": cannot read (unexpected end of file)"), std::string::npos) << cut.output;
+
     fs::remove(base_ / "src" / "awy.dat");
     Result missing = Import();
     EXPECT_NE(missing.code, 0);
     EXPECT_NE(missing.output.find("no awy.dat or awy.dat.gz"), std::string::npos) << missing.output;
+}
+
+TEST_F(ImportXplane, NumbersInTheirPlainForms) {
+    // A sign, leading zeros, a bare point: all plain decimal numbers.
+    Write("fix.dat", "I\n600 Version\n +47.1 -0122. ALDER\n -.5 0 EQFIX\n99\n");
+    Result r = Import();
+    ASSERT_EQ(r.code, 0) << r.output;
+    EXPECT_EQ(Lines("ints.txt"), (std::vector<std::string>{"ALDER ALDER 47.100000 -122.000000", "EQFIX EQFIX -0.500000 0.000000"}));
+}
+
+// The four files are one database: a failed commit leaves all four old ones.
+class ImportCommit : public ImportXplane {
+protected:
+    fs::path Folder() { return base_ / "dst" / "orb" / "navdata"; }
+    std::map<std::string, std::string> Files() {
+        std::map<std::string, std::string> files;
+        for (const char* name : {"apts.txt", "navs.txt", "ints.txt", "awys.txt"})
+            if (fs::is_regular_file(Folder() / name)) files[name] = Out(name);
+        return files;
+    }
+    // Inputs that change every one of the four files.
+    void ChangeInputs() {
+        Write("nav.dat", std::string(kNav).replace(std::string(kNav).find(" 396 "), 5, " 397 "));
+        Write("fix.dat", "I\n600 Version\n 47.2 -122.2 BIRCH\n99\n");
+        Write("awy.dat", "I\n640 Version\nBBBBB 47.1 -122.0 AAAAA 47.0 -122.0 2 180 450 J9\n99\n");
+        Write("apt.dat", std::string(kApt).replace(std::string(kApt).find("433"), 3, "434"));
+    }
+    Result ImportCrashingAfter(int renames) {
+        setenv("ORBNAV_TEST_CRASH_AFTER_RENAMES", std::to_string(renames).c_str(), 1);
+        Result r = Import();
+        unsetenv("ORBNAV_TEST_CRASH_AFTER_RENAMES");
+        return r;
+    }
+};
+
+TEST_F(ImportCommit, AFailedRenamePutsTheOldFilesBack) {
+    ASSERT_EQ(Import().code, 0);
+    // awys.txt, replaced last, cannot be: a folder stands in its place.
+    fs::remove(Folder() / "awys.txt");
+    fs::create_directories(Folder() / "awys.txt" / "inside");
+    auto before = Files();
+    ASSERT_EQ(before.size(), 3u);
+    ChangeInputs();
+    Result r = Import();
+    EXPECT_NE(r.code, 0);
+    EXPECT_NE(r.output.find("awys.txt: cannot replace"), std::string::npos) << r.output;
+    EXPECT_NE(r.output.find("the old files are back"), std::string::npos) << r.output;
+    EXPECT_EQ(std::count(r.output.begin(), r.output.end(), '\n'), 1) << r.output;
+    EXPECT_EQ(Files(), before);
+    EXPECT_TRUE(fs::is_directory(Folder() / "awys.txt" / "inside"));
+    EXPECT_EQ(Leftovers(Folder()), std::vector<std::string>{});
+
+    // Where nothing stood before, nothing stands after.
+    fs::remove_all(base_ / "dst");
+    fs::create_directories(Folder() / "awys.txt");
+    EXPECT_NE(Import().code, 0);
+    EXPECT_TRUE(Files().empty());
+    EXPECT_EQ(Leftovers(Folder()), std::vector<std::string>{});
+}
+
+TEST_F(ImportCommit, AnImportKilledBetweenRenamesIsUndoneByTheNext) {
+    ASSERT_EQ(Import().code, 0);
+    auto old_files = Files();
+    ChangeInputs();
+    // Killed after two of the four renames: two files new, two old.
+    Result killed = ImportCrashingAfter(2);
+    ASSERT_EQ(killed.code, 3) << killed.output;
+    auto mixed = Files();
+    EXPECT_NE(mixed["apts.txt"], old_files["apts.txt"]);
+    EXPECT_NE(mixed["navs.txt"], old_files["navs.txt"]);
+    EXPECT_EQ(mixed["ints.txt"], old_files["ints.txt"]);
+    EXPECT_EQ(mixed["awys.txt"], old_files["awys.txt"]);
+
+    // The next import, even one that fails on its input, first puts the old set back.
+    Write("fix.dat", "I\n600 Version\n 47.x -122.1 ALDER\n99\n");
+    Result next = Import();
+    EXPECT_NE(next.code, 0);
+    EXPECT_NE(next.output.find("cut off while replacing the files; its old files are back"), std::string::npos) << next.output;
+    EXPECT_NE(next.output.find("fix.dat:3: bad latitude"), std::string::npos) << next.output;
+    EXPECT_EQ(Files(), old_files);
+    EXPECT_EQ(Leftovers(Folder()), std::vector<std::string>{});
+
+    // A first import killed the same way leaves no database at all after the next.
+    fs::remove_all(base_ / "dst");
+    ChangeInputs();
+    ASSERT_EQ(ImportCrashingAfter(3).code, 3);
+    EXPECT_EQ(Files().size(), 3u);
+    Write("fix.dat", "I\n600 Version\n 47.x -122.1 ALDER\n99\n");
+    Result after_first = Import();
+    EXPECT_NE(after_first.code, 0);
+    EXPECT_TRUE(Files().empty());
+    EXPECT_EQ(Leftovers(Folder()), std::vector<std::string>{});
+
+    // And an import that goes through is not disturbed by what came before.
+    ChangeInputs();
+    ASSERT_EQ(Import().code, 0);
+    EXPECT_EQ(Files().size(), 4u);
+    EXPECT_NE(Out("ints.txt").find("BIRCH"), std::string::npos);
+    EXPECT_EQ(Leftovers(Folder()), std::vector<std::string>{});
 }
 
 TEST_F(ImportXplane, RealDataForARegion) {

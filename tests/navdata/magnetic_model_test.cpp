@@ -430,23 +430,83 @@ TEST(MagneticModel, HostileTextNeverCrashes) {
     EXPECT_EQ(MagneticVariation(47, -122), WholeDegreeRule(ref.Declination()));
 }
 
-TEST(MagneticModel, OrbnavMagvarPrintsTheWholeDegreeVariation) {
+// The two lines of `orbnav magvar`: the whole-degree variation, then the
+// declination with two decimals.
+bool ReadMagvar(const std::string& out, int& variation, double& declination) {
+    return std::sscanf(out.c_str(), "variation %d at %*[^\n]\ndeclination %lf at", &variation, &declination) == 2;
+}
+
+TEST(MagneticModel, OrbnavMagvarPrintsVariationAndDeclination) {
     g_magnetic = {};
     StoreMagneticCoefficients();
     std::string out;
-    // The fraction is cut off the position: 47.9, -122.9 is asked at 47, -122.
+    int variation = 0;
+    double declination = 0;
+    // The variation is asked at the whole degrees (47.9, -122.9 at 47, -122),
+    // the declination at the position as given.
     ASSERT_EQ(RunOrbnav("magvar 47.9 -122.9", out), 0) << out;
-    EXPECT_EQ(out, std::to_string(MagneticVariation(47, -122)) + "\n");
+    ASSERT_TRUE(ReadMagvar(out, variation, declination)) << out;
+    EXPECT_EQ(variation, MagneticVariation(47, -122));
+    EXPECT_NEAR(declination, MagneticDeclination(47.9f, -122.9f, 1.0f, 2005.0f), 0.006);
+    EXPECT_GT(std::fabs(declination - MagneticDeclination(47.0f, -122.0f, 1.0f, 2005.0f)), 0.05);
+    EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 2) << out;
     ASSERT_EQ(RunOrbnav("magvar -33.2 151", out), 0) << out;
-    EXPECT_EQ(out, std::to_string(MagneticVariation(-33, 151)) + "\n");
+    ASSERT_TRUE(ReadMagvar(out, variation, declination)) << out;
+    EXPECT_EQ(variation, MagneticVariation(-33, 151));
 
-    EXPECT_EQ(RunOrbnav("magvar 47x -122", out), 2);
-    EXPECT_NE(out.find("47x"), std::string::npos) << out;
-    EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 1) << out;
-    EXPECT_EQ(RunOrbnav("magvar 95 0", out), 2);
-    EXPECT_EQ(RunOrbnav("magvar 10 200", out), 2);
-    EXPECT_EQ(RunOrbnav("magvar 10", out), 2);
-    EXPECT_EQ(RunOrbnav("magvar nan 0", out), 2);
+    // Altitude: the declination of the independent evaluation 400 km up,
+    // which differs from the one near the ground.
+    const Coefficients& k = ReferenceCoefficients();
+    double high = ReferenceField(k, 10.0, 100.0, 400.0, 2007.5).Declination();
+    ASSERT_GT(std::fabs(high - ReferenceField(k, 10.0, 100.0, 1.0, 2007.5).Declination()), 0.05);
+    ASSERT_EQ(RunOrbnav("magvar 10 100 --altitude 400 --year 2007.5", out), 0) << out;
+    ASSERT_TRUE(ReadMagvar(out, variation, declination)) << out;
+    EXPECT_NEAR(declination, high, 0.006) << out;
+    EXPECT_EQ(variation, MagneticVariation(10, 100));  // the module's value stays at 2005.0, 1 km
+
+    // Bad arguments: one line, exit 2.
+    for (const char* args : {"magvar 47x -122", "magvar 95 0", "magvar 10 200", "magvar 10", "magvar nan 0",
+                             "magvar 0x10 0", "magvar 1 2 3", "magvar 1 2 --year", "magvar 1 2 --year 2011",
+                             "magvar 1 2 --year 2004.9", "magvar 1 2 --year 2006x", "magvar 1 2 --altitude 851",
+                             "magvar 1 2 --altitude -2", "magvar 1 2 --altitude 1e2", "magvar 1 2 --yr 2006"}) {
+        EXPECT_EQ(RunOrbnav(args, out), 2) << args;
+        EXPECT_EQ(std::count(out.begin(), out.end(), '\n'), 1) << args << ": " << out;
+    }
+    EXPECT_EQ(RunOrbnav("magvar 1 2 --year 2011", out), 2);
+    EXPECT_NE(out.find("2005..2010"), std::string::npos) << out;
     ASSERT_EQ(RunOrbnav("magvar --help", out), 0);
-    EXPECT_NE(out.find("magvar"), std::string::npos);
+    EXPECT_NE(out.find("--altitude KM"), std::string::npos);
+}
+
+// The published test values of WMM-2005 (2006.0, sea level), given in whole
+// arc-minutes, against the model and against what orbnav prints.
+TEST(MagneticModel, DeclinationMatchesThePublishedTestValues) {
+    std::string path = std::string(ORB_SHARED_DATA_DIR) + "/wmm2005-published.txt";
+    std::ifstream file(path);
+    if (!file) GTEST_SKIP() << "published test values not found at " << path;
+    g_magnetic = {};
+    StoreMagneticCoefficients();
+    int points = 0;
+    double worst = 0;
+    for (std::string line; std::getline(file, line);) {
+        if (line.empty() || line[0] == '#') continue;
+        double year = 0, altitude = 0, lat = 0, lon = 0, published = 0;
+        ASSERT_EQ(std::sscanf(line.c_str(), "%lf %lf %lf %lf %lf", &year, &altitude, &lat, &lon, &published), 5) << line;
+        if (lon > 180) lon -= 360;  // published as 0..360 east
+        ++points;
+        float model = MagneticDeclination(static_cast<float>(lat), static_cast<float>(lon), static_cast<float>(altitude),
+                                          static_cast<float>(year));
+        worst = std::max(worst, std::fabs(model - published));
+        EXPECT_NEAR(model, published, 0.02) << line;
+        char args[128];
+        std::snprintf(args, sizeof args, "magvar %g %g --year %g --altitude %g", lat, lon, year, altitude);
+        std::string out;
+        ASSERT_EQ(RunOrbnav(args, out), 0) << args << ": " << out;
+        int variation = 0;
+        double printed = 0;
+        ASSERT_TRUE(ReadMagvar(out, variation, printed)) << out;
+        EXPECT_NEAR(printed, published, 0.02) << args << ": " << out;
+    }
+    EXPECT_EQ(points, 30);
+    RecordProperty("worst_difference_from_published", std::to_string(worst));
 }

@@ -3,6 +3,7 @@
 // the state of the database and the plans reset.
 #pragma once
 
+#include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
@@ -41,6 +42,7 @@ public:
         g_plan = PlanTables{};
         g_stored_plans = StoredPlanTable{};
         g_config = GlobalConfig{};
+        g_profile = AircraftProfile{};
         g_sim = SimState{};
         g_tick = TickState{};
         g_holds = HoldState{};

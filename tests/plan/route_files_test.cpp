@@ -148,6 +148,11 @@ TEST(RouteFiles, SaveWithoutOptionsAndFolders) {
     EXPECT_TRUE(sim.Exists("mine/OTHER.RTE"));
     SetText(g_config.FlightPlansFolder, folder + "/missing");
     EXPECT_EQ(SaveRouteFile("NOPE.RTE"), 0);
+    // The aircraft profile's folder wins over orb.cfg's.
+    std::filesystem::create_directories(sim.root() / "jet");
+    SetText(g_profile.FlightPlansFolder, (sim.root() / "jet").string());
+    ASSERT_EQ(SaveRouteFile("JET.RTE"), 1);
+    EXPECT_TRUE(sim.Exists("jet/JET.RTE"));
 }
 
 TEST(RouteFiles, HeaderKeysPerReader) {

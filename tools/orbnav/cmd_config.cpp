@@ -26,7 +26,8 @@ void Usage(FILE* out) {
                  "value stands where it came from (file:line, or default); a value that the\n"
                  "profile set says so. Lines that did not take are listed at the end.\n"
                  "\n"
-                 "  --root DIR      the simulator folder (default data/sim)\n"
+                 "  --root DIR      the simulator folder, the one that holds orb/ (default\n"
+                 "                  data/sim, relative to the current folder)\n"
                  "  --profile NAME  the aircraft profile, as a panel's gauge parameter names it\n"
                  "  --help          this text\n");
 }
@@ -136,7 +137,7 @@ int RunConfig(int argc, char** argv) {
         return Fail("config: unknown option '%s' (orbnav config --help)", argv[i]);
     }
     std::error_code error;
-    if (!std::filesystem::is_directory(root, error)) return Fail("config: no simulator folder '%s'", root);
+    if (!std::filesystem::is_directory(root, error)) return Fail("config: %s", NoSimulatorFolder(root).c_str());
     if (std::strlen(root) >= static_cast<size_t>(kRootFolderSize) - 32)
         return Fail("config: the folder path '%s' is too long for the module", root);
     if (profile != nullptr && std::strlen(profile) >= static_cast<size_t>(kProfileNameSize))

@@ -14,7 +14,9 @@ int Run(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
             std::printf("usage: orbnav airport ICAO [--root DIR]\n\nReads the airport's line of apts.txt (or "
-                        "apts_user.txt) as the module loads\nan origin and lists its runways.\n");
+                        "apts_user.txt) as the module loads\nan origin and lists its runways. ICAO is taken in "
+                        "capitals.\n\n%s",
+                        kRootHelp);
             return 0;
         } else if (std::strcmp(argv[i], "--root") == 0 && i + 1 < argc) {
             options.root = argv[++i];
@@ -25,13 +27,15 @@ int Run(int argc, char** argv) {
         }
     }
     if (ident == nullptr) return Fail("airport: ICAO missing (--help)");
-    std::string error;
-    if (!UseSimulatorFolder(options.root, error)) return Fail("airport: %s", error.c_str());
+    std::string error, missing;
+    if (!UseSimulatorFolder(options.root, error) || !HasNavigationData(missing, error))
+        return Fail("airport: %s", error.c_str());
+    std::string icao = UpperCase(ident);
     g_airports = AirportSlots{};
-    LoadAirportDetail(ident, 1);
+    LoadAirportDetail(icao.c_str(), 1);
     const AirportDetail& a = g_airports.OriginAirport;
-    if (TextOf(a.Ident) != ident) {
-        std::printf("%s: NOT IN DATABASE\n", ident);
+    if (TextOf(a.Ident) != icao) {
+        std::printf("%s: NOT IN DATABASE\n", icao.c_str());
         return 1;
     }
     std::printf("%s %s  elevation %d ft  %s %s\n", a.Ident.data(), a.Name.data(), a.ElevationFt, a.LatitudeText.data(),

@@ -17,7 +17,9 @@ int Run(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
             std::printf("usage: orbnav airway NAME --from FIX [--root DIR]\n\nReads awys.txt as the route page does when "
-                        "NAME is entered after FIX\nand lists the fixes fetched; '>' marks FIX, the entry.\n");
+                        "NAME is entered after FIX\nand lists the fixes fetched; '>' marks FIX, the entry. NAME and FIX "
+                        "are\ntaken in capitals.\n\n%s",
+                        kRootHelp);
             return 0;
         } else if (std::strcmp(argv[i], "--root") == 0 && i + 1 < argc) {
             options.root = argv[++i];
@@ -30,13 +32,15 @@ int Run(int argc, char** argv) {
         }
     }
     if (name == nullptr || fix == nullptr) return Fail("airway: NAME and --from FIX are needed (--help)");
-    std::string error;
-    if (!UseSimulatorFolder(options.root, error)) return Fail("airway: %s", error.c_str());
+    std::string error, missing;
+    if (!UseSimulatorFolder(options.root, error) || !HasNavigationData(missing, error))
+        return Fail("airway: %s", error.c_str());
+    std::string airway = UpperCase(name), entry = UpperCase(fix);
     g_plan.context.ModActiveLeg = 1;
-    SetText(g_plan.ModPlan[1].Ident, fix);
-    FetchAirway(name);
+    SetText(g_plan.ModPlan[1].Ident, entry.c_str());
+    FetchAirway(airway.c_str());
     if (g_candidates.count == 0) {
-        std::printf("%s: no such airway\n", name);
+        std::printf("%s: no such airway\n", airway.c_str());
         return 1;
     }
     for (int i = 1; i <= g_candidates.count; ++i) {

@@ -6,6 +6,8 @@
 #include "frame/module_state.h"
 #include "navdata/nav_database.h"
 
+#include <share.h>
+
 #include <chrono>
 #include <climits>
 #include <cstdlib>
@@ -15,7 +17,7 @@
 bool UseSimulatorFolder(const char* root, std::string& error) {
     struct stat st {};
     if (root == nullptr || stat(root, &st) != 0 || !S_ISDIR(st.st_mode)) {
-        error = std::string(root ? root : "") + ": no such simulator folder";
+        error = NoSimulatorFolder(root ? root : "");
         return false;
     }
     char absolute[PATH_MAX];
@@ -25,6 +27,33 @@ bool UseSimulatorFolder(const char* root, std::string& error) {
     }
     std::strcpy(g_module.RootFolder.data(), absolute);
     return true;
+}
+
+bool HasNavigationData(std::string& missing, std::string& error) {
+    static const char* const kFiles[] = {"apts.txt", "navs.txt", "ints.txt", "awys.txt"};
+    missing.clear();
+    int found = 0;
+    for (const char* name : kFiles) {
+        for (bool user : {false, true}) {
+            std::string relative = std::string("\\orb\\navdata\\") + name;
+            if (user) relative.insert(relative.size() - 4, "_user");
+            char path[MAX_PATH];
+            DataPath(relative.c_str(), path, sizeof path);
+            // The module's own open, which finds the folder in any case of letters.
+            FILE* file = _fsopen(path, "rb", _SH_DENYNO);
+            if (file != nullptr) {
+                std::fclose(file);
+                ++found;
+            } else if (!user) {
+                missing += missing.empty() ? name : std::string(" ") + name;
+            }
+        }
+    }
+    if (found > 0) return true;
+    error = std::string(g_module.RootFolder.data()) +
+            "/orb/navdata: no navigation data (apts.txt, navs.txt, ints.txt, awys.txt); "
+            "orbnav import-xplane makes them";
+    return false;
 }
 
 bool ParseLatLon(const char* text, double& latitude, double& longitude) {
@@ -40,4 +69,11 @@ double LoadDatabaseOf() {
     auto start = std::chrono::steady_clock::now();
     LoadNavDatabase();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+std::string UpperCase(const char* text) {
+    std::string upper(text ? text : "");
+    for (char& c : upper)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return upper;
 }

@@ -16,7 +16,8 @@ int Run(int argc, char** argv) {
         if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
             std::printf("usage: orbnav find IDENT [--from LAT,LON] [--root DIR]\n\nSearches navaids, intersections and "
                         "airports for IDENT as the CDU does and lists\nthe candidates nearest first from LAT,LON "
-                        "(default 0,0), at most 250.\n");
+                        "(default 0,0), at most 250. IDENT is\nsearched in capitals, as the keypads type it.\n\n%s",
+                        kRootHelp);
             return 0;
         } else if (std::strcmp(argv[i], "--root") == 0 && i + 1 < argc) {
             options.root = argv[++i];
@@ -33,12 +34,14 @@ int Run(int argc, char** argv) {
     g_sim.longitude = 0;
     if (from != nullptr && !ParseLatLon(from, g_sim.latitude, g_sim.longitude))
         return Fail("find: --from '%s' is not LAT,LON in degrees", from);
-    std::string error;
-    if (!UseSimulatorFolder(options.root, error)) return Fail("find: %s", error.c_str());
+    std::string error, missing;
+    if (!UseSimulatorFolder(options.root, error) || !HasNavigationData(missing, error))
+        return Fail("find: %s", error.c_str());
     LoadDatabaseOf();
-    int count = ResolveName(0, ident);
+    std::string entry = UpperCase(ident);
+    int count = ResolveName(0, entry.c_str());
     if (count == 0) {
-        std::printf("%s: NOT IN DATABASE\n", ident);
+        std::printf("%s: NOT IN DATABASE\n", entry.c_str());
         return 1;
     }
     std::printf("  # ident    kind  latitude    longitude    dist nm  brg  freq/elev\n");

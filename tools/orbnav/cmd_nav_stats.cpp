@@ -12,7 +12,9 @@ int Run(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (std::strcmp(argv[i], "--help") == 0 || std::strcmp(argv[i], "-h") == 0) {
             std::printf("usage: orbnav stats [--root DIR]\n\nLoads DIR/orb/navdata as the module does and prints the\n"
-                        "table counts against their limits, memory held and the database cycle.\n");
+                        "table counts against their limits, memory held and the database cycle.\n"
+                        "A folder without any of the files is an error.\n\n%s",
+                        kRootHelp);
             return 0;
         } else if (std::strcmp(argv[i], "--root") == 0 && i + 1 < argc) {
             options.root = argv[++i];
@@ -21,7 +23,9 @@ int Run(int argc, char** argv) {
         }
     }
     std::string error;
-    if (!UseSimulatorFolder(options.root, error)) return Fail("stats: %s", error.c_str());
+    std::string missing;
+    if (!UseSimulatorFolder(options.root, error) || !HasNavigationData(missing, error))
+        return Fail("stats: %s", error.c_str());
     double seconds = LoadDatabaseOf();
     ReadDatabaseCycle();
     struct Line {
@@ -38,6 +42,7 @@ int Run(int argc, char** argv) {
         std::printf("%-14s %7d of %7d%s\n", l.name, l.table.count, l.limit, l.table.count >= l.limit ? "  (full)" : "");
         row_bytes += l.table.rows.capacity() * sizeof(BulkRow);
     }
+    if (!missing.empty()) std::printf("missing        %s\n", missing.c_str());
     std::printf("navaid index   %7d letters\n", g_navdb.navaid_index_count);
     std::printf("memory         %7.1f MB rows + %.1f MB texts\n", static_cast<double>(row_bytes) / 1048576.0,
                 static_cast<double>(g_navdb.pool.capacity()) / 1048576.0);

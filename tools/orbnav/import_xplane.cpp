@@ -6,8 +6,10 @@
 // [SECTION] fix.dat
 // [SECTION] awy.dat: segments chained into runs
 // [SECTION] apt.dat: airports and runways
-// [SECTION] Writing: temporary files renamed on success
+// [SECTION] Writing: all four files replaced, or none
 #include "import_xplane.h"
+
+#include "decimal_number.h"
 
 #include "guidance/geodesy.h"
 #include "navdata/nav_database.h"
@@ -19,11 +21,14 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cerrno>
 #include <cstring>
 #include <map>
 #include <memory>
 #include <string>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <unordered_map>
 #include <vector>
 
@@ -57,31 +62,68 @@ public:
         start_ = std::chrono::steady_clock::now();
         return true;
     }
-    // The next line without its line end; false at the end of the file.
+    // The next line without its line end; false at the end of the file and
+    // on a fault, which Failure() then tells. Lines are cut at '\n' by this
+    // reader itself, so that a NUL byte cannot hide a line end.
     bool Next(std::string& line) {
         line.clear();
-        char buffer[4096];
-        bool any = false;
-        while (gzgets(file_, buffer, sizeof buffer) != nullptr) {
+        if (done_) return false;
+        bool any = false, complete = false;
+        while (!complete) {
+            if (position_ == filled_) {
+                int n = gzread(file_, chunk_.data(), static_cast<unsigned>(chunk_.size()));
+                if (n <= 0) {
+                    // A gzip file cut short ends without an error from gzread,
+                    // but gzerror tells; its last, cut line is not taken.
+                    int code = Z_OK;
+                    const char* message = gzerror(file_, &code);
+                    if (n < 0 || code != Z_OK) {
+                        std::string what = message && *message ? message : "read error";
+                        if (what.rfind(path_ + ": ", 0) == 0) what.erase(0, path_.size() + 2);  // zlib names the file too
+                        ++line_number_;
+                        return Fault("cannot read (" + what + ")");
+                    }
+                    break;
+                }
+                filled_ = static_cast<size_t>(n);
+                position_ = 0;
+            }
             any = true;
-            size_t n = std::strlen(buffer);
-            line.append(buffer, n);
-            if (n > 0 && buffer[n - 1] == '\n') break;
+            const char* begin = chunk_.data() + position_;
+            size_t available = filled_ - position_;
+            const void* newline = std::memchr(begin, '\n', available);
+            size_t take = newline ? static_cast<size_t>(static_cast<const char*>(newline) - begin) : available;
+            line.append(begin, take);
+            position_ += take;
+            if (newline) {
+                ++position_;
+                complete = true;
+            }
         }
         if (!any) {
+            done_ = true;
             FinishProgress();
             return false;
         }
-        while (!line.empty() && (line.back() == '\n' || line.back() == '\r')) line.pop_back();
         ++line_number_;
+        if (line.find('\0') != std::string::npos) return Fault("NUL byte inside the line");
+        while (!line.empty() && line.back() == '\r') line.pop_back();
         if ((line_number_ & 0x3FFF) == 0) Progress();
         return true;
     }
+    // The message of a read fault or a NUL byte, or empty.
+    const std::string& Failure() const { return failure_; }
     std::string Where() const { return path_ + ":" + std::to_string(line_number_); }
     const std::string& path() const { return path_; }
     long line_number() const { return line_number_; }
 
 private:
+    bool Fault(const std::string& message) {
+        failure_ = Where() + ": " + message;
+        done_ = true;
+        FinishProgress();
+        return false;
+    }
     void Progress() {
         if (!options_.progress) return;
         double elapsed = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
@@ -104,6 +146,10 @@ private:
     const ImportOptions& options_;
     const char* what_;
     gzFile file_ = nullptr;
+    std::vector<char> chunk_ = std::vector<char>(64 * 1024);  // decompressed bytes not yet cut into lines
+    size_t position_ = 0, filled_ = 0;
+    bool done_ = false;
+    std::string failure_;
     double size_ = 0;
     long line_number_ = 0;
     bool shown_ = false;
@@ -124,14 +170,64 @@ std::vector<std::string_view> Words(std::string_view line) {
     return words;
 }
 
-bool StrictNumber(std::string_view text, double& value) {
-    if (text.empty() || text.size() > 63) return false;
-    char buffer[64];
-    std::memcpy(buffer, text.data(), text.size());
-    buffer[text.size()] = 0;
-    char* end = nullptr;
-    value = std::strtod(buffer, &end);
-    return end == buffer + text.size() && std::isfinite(value);
+// A number column of an input file: its name in messages and what it may hold.
+struct NumberColumn {
+    const char* name;
+    double low, high;                        // inclusive range
+    bool whole;                              // no fraction
+    const char* form;                        // told in the message of a bad value
+};
+
+constexpr NumberColumn kRowCode{"row code", 0, 999, true, "a whole number"};
+constexpr NumberColumn kLatitude{"latitude", -90, 90, false, "decimal degrees within -90..90"};
+constexpr NumberColumn kLongitude{"longitude", -180, 180, false, "decimal degrees within -180..180"};
+// nav.dat: NDBs in kHz; VORs and localizers in 10 kHz, 108.00 to 118.00 MHz.
+constexpr NumberColumn kNdbFrequency{"NDB frequency", 100, 1999, true, "whole kHz within 100..1999"};
+constexpr NumberColumn kVhfFrequency{"frequency", 10800, 11800, true, "whole 10 kHz within 10800..11800"};
+// A VOR's variation or a localizer's true course; folded into 0..360 later.
+constexpr NumberColumn kDirection{"variation or course", -720, 720, false, "degrees within -720..720"};
+constexpr NumberColumn kElevation{"elevation", -2000, 30000, false, "feet within -2000..30000"};
+constexpr NumberColumn kDisplacedThreshold{"displaced threshold", -10000, 10000, false, "metres within -10000..10000"};
+
+// A column's text for a message: printable, and short enough for one line.
+std::string Shown(std::string_view text) {
+    std::string shown;
+    for (char c : text.substr(0, 40)) shown += (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) ? '?' : c;
+    if (text.size() > 40) shown += "...";
+    return shown;
+}
+
+// Reads words[index] as the column says. A bad value is an error naming the
+// file, the line, the column and the text.
+bool ReadNumber(const InputFile& in, const std::vector<std::string_view>& words, size_t index,
+                const NumberColumn& column, double& value, std::string& error) {
+    std::string_view text = index < words.size() ? words[index] : std::string_view();
+    double read = 0;
+    if (!ParseDecimal(text, read) || read < column.low || read > column.high ||
+        (column.whole && read != std::floor(read))) {
+        error = in.Where() + ": bad " + column.name + " '" + Shown(text) + "' (" + column.form + ")";
+        return false;
+    }
+    value = read;
+    return true;
+}
+
+// What a text column may not hold once written into the module's files.
+enum class TextUse {
+    Name,                                    // a name column: no control characters
+    Ident,                                   // also never a leading ';', which makes a comment line
+    RunwayField,                             // a field of a runway column: also no '_', the fields' glue
+};
+
+bool CheckText(const InputFile& in, std::string_view text, const char* what, TextUse use, std::string& error) {
+    const char* fault = nullptr;
+    for (char c : text)
+        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) fault = "a control character";
+    if (!fault && use != TextUse::Name && !text.empty() && text[0] == ';') fault = "a leading ';'";
+    if (!fault && use == TextUse::RunwayField && text.find('_') != std::string_view::npos) fault = "a '_'";
+    if (!fault) return true;
+    error = in.Where() + ": " + what + " '" + Shown(text) + "' holds " + fault;
+    return false;
 }
 
 std::string Join(const std::vector<std::string_view>& words, size_t from, size_t to, char glue) {
@@ -147,7 +243,7 @@ std::string Join(const std::vector<std::string_view>& words, size_t from, size_t
 bool ReadHeader(InputFile& in, const char* expected_version, std::string& version_line, std::string& error) {
     std::string line;
     if (!in.Next(line)) {
-        error = in.path() + ":1: empty or unreadable file";
+        error = in.Failure().empty() ? in.path() + ":1: empty file" : in.Failure();
         return false;
     }
     // The byte-order line; some published files leave it empty.
@@ -156,7 +252,7 @@ bool ReadHeader(InputFile& in, const char* expected_version, std::string& versio
         return false;
     }
     if (!in.Next(line)) {
-        error = in.Where() + ": file ends before its version line";
+        error = in.Failure().empty() ? in.Where() + ": file ends before its version line" : in.Failure();
         return false;
     }
     std::vector<std::string_view> w = Words(line);
@@ -259,30 +355,23 @@ bool ReadNavDat(const std::string& path, const ImportOptions& options, NavData& 
             break;
         }
         double type = 0;
-        if (!StrictNumber(w[0], type)) {
-            error = in.Where() + ": row code '" + std::string(w[0]) + "' is not a number";
-            return false;
-        }
+        if (!ReadNumber(in, w, 0, kRowCode, type, error)) return false;
         int code = static_cast<int>(type);
-        if (code < 2 || code > 13) continue;  // codes the format may add later
-        if (code == 12 || code == 13) {
-            ++data.dme_skipped;
-            continue;
-        }
-        if (code != 2 && code != 3 && code != 4 && code != 5) continue;  // glide slopes and markers
+        // Glide slopes, markers and codes the format may add later are not read.
+        if (code != 2 && code != 3 && code != 4 && code != 5 && code != 12 && code != 13) continue;
         if (w.size() < 9) {
             error = in.Where() + ": navaid row has " + std::to_string(w.size()) + " columns, at least 9 expected";
             return false;
         }
         double lat = 0, lon = 0, freq = 0, var = 0;
-        if (!StrictNumber(w[1], lat) || !StrictNumber(w[2], lon) || !ValidPosition(lat, lon)) {
-            error = in.Where() + ": bad latitude or longitude";
-            return false;
+        if (!ReadNumber(in, w, 1, kLatitude, lat, error) || !ReadNumber(in, w, 2, kLongitude, lon, error)) return false;
+        if (code == 12 || code == 13) {
+            if (InRegion(options.region, lat, lon)) ++data.dme_skipped;
+            continue;
         }
-        if (!StrictNumber(w[4], freq) || !StrictNumber(w[6], var)) {
-            error = in.Where() + ": bad frequency or variation column";
+        if (!ReadNumber(in, w, 4, code == 2 ? kNdbFrequency : kVhfFrequency, freq, error) ||
+            !ReadNumber(in, w, 6, kDirection, var, error))
             return false;
-        }
         std::string ident(w[7]);
         if (code == 3) data.variations.push_back({lat, lon, var});  // every VOR, inside the region or not
         if (code == 4 || code == 5) {
@@ -290,6 +379,8 @@ bool ReadNavDat(const std::string& path, const ImportOptions& options, NavData& 
                 error = in.Where() + ": localizer row without airport and runway";
                 return false;
             }
+            // The ident goes into a runway column of apts.txt.
+            if (!CheckText(in, w[7], "localizer ident", TextUse::RunwayField, error)) return false;
             Localizer loc;
             loc.ident = ident;
             loc.frequency = Fixed(freq / 100.0, 2);
@@ -301,6 +392,9 @@ bool ReadNavDat(const std::string& path, const ImportOptions& options, NavData& 
         size_t name_end = w.size();
         while (name_end > 9 && IsKindWord(w[name_end - 1])) --name_end;
         if (name_end == 9 && IsKindWord(w[8])) name_end = 8;
+        if (!CheckText(in, w[7], "ident", TextUse::Ident, error)) return false;
+        for (size_t i = 8; i < name_end; ++i)
+            if (!CheckText(in, w[i], "name", TextUse::Name, error)) return false;
         Navaid n;
         n.ident = ident;
         n.name = Join(w, 8, name_end, '_');
@@ -310,6 +404,10 @@ bool ReadNavDat(const std::string& path, const ImportOptions& options, NavData& 
         n.type = code == 3 ? "VOR" : "NDB";
         n.frequency = code == 3 ? Fixed(freq / 100.0, 2) : std::to_string(static_cast<int>(freq));
         data.navaids.push_back(std::move(n));
+    }
+    if (!in.Failure().empty()) {
+        error = in.Failure();
+        return false;
     }
     if (!ended) {
         error = in.Where() + ": file ends without its closing 99 line";
@@ -359,12 +457,14 @@ bool ReadFixDat(const std::string& path, const ImportOptions& options, std::vect
             error = in.Where() + ": fix row has " + std::to_string(w.size()) + " columns, 3 expected";
             return false;
         }
-        if (!StrictNumber(w[0], lat) || !StrictNumber(w[1], lon) || !ValidPosition(lat, lon)) {
-            error = in.Where() + ": bad latitude or longitude";
-            return false;
-        }
+        if (!ReadNumber(in, w, 0, kLatitude, lat, error) || !ReadNumber(in, w, 1, kLongitude, lon, error)) return false;
         if (!InRegion(options.region, lat, lon)) continue;
+        if (!CheckText(in, w[2], "ident", TextUse::Ident, error)) return false;
         fixes.push_back({std::string(w[2]), lat, lon});
+    }
+    if (!in.Failure().empty()) {
+        error = in.Failure();
+        return false;
     }
     if (!ended) {
         error = in.Where() + ": file ends without its closing 99 line";
@@ -417,13 +517,14 @@ bool ReadAwyDat(const std::string& path, const ImportOptions& options, std::map<
             return false;
         }
         double lat1 = 0, lon1 = 0, lat2 = 0, lon2 = 0;
-        if (!StrictNumber(w[1], lat1) || !StrictNumber(w[2], lon1) || !StrictNumber(w[4], lat2) ||
-            !StrictNumber(w[5], lon2) || !ValidPosition(lat1, lon1) || !ValidPosition(lat2, lon2)) {
-            error = in.Where() + ": bad latitude or longitude";
+        if (!ReadNumber(in, w, 1, kLatitude, lat1, error) || !ReadNumber(in, w, 2, kLongitude, lon1, error) ||
+            !ReadNumber(in, w, 4, kLatitude, lat2, error) || !ReadNumber(in, w, 5, kLongitude, lon2, error))
             return false;
-        }
         // A stretch belongs to the region when both its ends do.
         if (!InRegion(options.region, lat1, lon1) || !InRegion(options.region, lat2, lon2)) continue;
+        if (!CheckText(in, w[0], "ident", TextUse::Ident, error) || !CheckText(in, w[3], "ident", TextUse::Ident, error) ||
+            !CheckText(in, w[9], "airway name", TextUse::Ident, error))
+            return false;
         // Names of airways sharing the segment are joined by '-'.
         std::string_view names = w[9];
         size_t start = 0;
@@ -444,6 +545,10 @@ bool ReadAwyDat(const std::string& path, const ImportOptions& options, std::map<
             if (dash == std::string_view::npos) break;
             start = dash + 1;
         }
+    }
+    if (!in.Failure().empty()) {
+        error = in.Failure();
+        return false;
     }
     if (!ended) {
         error = in.Where() + ": file ends without its closing 99 line";
@@ -558,10 +663,10 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
                 return false;
             }
             double elevation = 0;
-            if (!StrictNumber(w[1], elevation)) {
-                error = in.Where() + ": bad elevation '" + std::string(w[1]) + "'";
-                return false;
-            }
+            if (!ReadNumber(in, w, 1, kElevation, elevation, error)) return false;
+            if (!CheckText(in, w[4], "ident", TextUse::Ident, error)) return false;
+            for (size_t i = 5; i < w.size(); ++i)
+                if (!CheckText(in, w[i], "name", TextUse::Name, error)) return false;
             current.elevation = static_cast<int>(std::lround(elevation));
             current.ident = std::string(w[4]);
             current.name = Join(w, 5, w.size(), '_');
@@ -576,11 +681,11 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
         double lat[2], lon[2], displaced[2];
         for (int side = 0; side < 2; ++side) {
             size_t base = 8 + static_cast<size_t>(side) * 9;
-            if (!StrictNumber(w[base + 1], lat[side]) || !StrictNumber(w[base + 2], lon[side]) ||
-                !StrictNumber(w[base + 3], displaced[side]) || !ValidPosition(lat[side], lon[side])) {
-                error = in.Where() + ": bad runway end position";
+            if (!CheckText(in, w[base], "runway designator", TextUse::RunwayField, error) ||
+                !ReadNumber(in, w, base + 1, kLatitude, lat[side], error) ||
+                !ReadNumber(in, w, base + 2, kLongitude, lon[side], error) ||
+                !ReadNumber(in, w, base + 3, kDisplacedThreshold, displaced[side], error))
                 return false;
-            }
         }
         double length_nm = 0, bearing = 0;
         GreatCircle(lat[0], lon[0], lat[1], lon[1], length_nm, bearing);
@@ -605,6 +710,10 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
             current.ends.push_back(e);
         }
     }
+    if (!in.Failure().empty()) {
+        error = in.Failure();
+        return false;
+    }
     if (!ended) {
         error = in.Where() + ": file ends without its closing 99 line";
         return false;
@@ -613,7 +722,111 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
     return true;
 }
 
-// [SECTION] Writing: temporary files renamed on success
+// [SECTION] Writing: all four files replaced, or none
+//
+// Each file is written under a temporary name beside its final one. The
+// commit then keeps the old files as backups (hard links, or copies where
+// the file system has none), notes in a journal what it is about to do,
+// renames the four temporaries in, and on a failed rename puts the backups
+// back. A process killed between two renames leaves the journal; the next
+// import into the folder reads it first and puts the old files back, so a
+// database is never left half old and half new for longer than that.
+constexpr char kNewSuffix[] = ".orbnav-new";     // a file being written
+constexpr char kOldSuffix[] = ".orbnav-old";     // the file it replaces, until the commit ends
+constexpr char kJournalName[] = "orbnav-import.journal";
+constexpr const char* kOutputNames[] = {"apts.txt", "navs.txt", "ints.txt", "awys.txt"};
+// Tests set this to a number of renames after which the commit stops dead,
+// as a killed process would.
+constexpr char kCrashAfterRenamesVariable[] = "ORBNAV_TEST_CRASH_AFTER_RENAMES";
+
+std::string SystemError() { return std::strerror(errno); }
+
+bool Exists(const std::string& path) {
+    struct stat st {};
+    return lstat(path.c_str(), &st) == 0;
+}
+
+// Flushes a folder's entries (the renames) to the disk; a file system that
+// cannot is passed over.
+void SyncFolder(const std::string& folder) {
+    int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY);
+    if (fd < 0) return;
+    fsync(fd);
+    close(fd);
+}
+
+bool CopyFile(const std::string& from, const std::string& to) {
+    FILE* in = std::fopen(from.c_str(), "rb");
+    if (!in) return false;
+    FILE* out = std::fopen(to.c_str(), "wb");
+    bool ok = out != nullptr;
+    std::vector<char> buffer(64 * 1024);
+    while (ok) {
+        size_t n = std::fread(buffer.data(), 1, buffer.size(), in);
+        if (n > 0 && std::fwrite(buffer.data(), 1, n, out) != n) ok = false;
+        if (n < buffer.size()) {
+            if (std::ferror(in)) ok = false;
+            break;
+        }
+    }
+    std::fclose(in);
+    if (out) {
+        if (std::fflush(out) != 0 || fsync(fileno(out)) != 0) ok = false;
+        if (std::fclose(out) != 0) ok = false;
+    }
+    if (!ok) std::remove(to.c_str());
+    return ok;
+}
+
+// Puts a folder back as it stood before an interrupted commit, from the
+// journal that commit left. Leftovers of a commit that ended (backups) or of
+// an import killed while writing (temporaries) are removed. Returns false
+// with a message when the old files could not be put back.
+bool RecoverInterruptedCommit(const std::string& folder, bool& recovered, std::string& error) {
+    recovered = false;
+    std::string journal = folder + "/" + kJournalName;
+    FILE* file = std::fopen(journal.c_str(), "rb");
+    if (file) {
+        // "begin", then "replace NAME" (a backup stands beside it) or "create
+        // NAME" (there was none), then "end". Without "end" the journal was
+        // cut short while being written: nothing had been renamed yet.
+        std::vector<std::pair<std::string, std::string>> steps;
+        bool begun = false, complete = false;
+        char line[256];
+        while (std::fgets(line, sizeof line, file)) {
+            std::string_view text(line);
+            while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.remove_suffix(1);
+            if (text == "begin") begun = true;
+            else if (text == "end") complete = begun;
+            else if (size_t blank = text.find(' '); blank != std::string_view::npos) {
+                std::string action(text.substr(0, blank)), name(text.substr(blank + 1));
+                bool known = false;
+                for (const char* n : kOutputNames) known = known || name == n;
+                if (known && (action == "replace" || action == "create")) steps.emplace_back(action, name);
+            }
+        }
+        std::fclose(file);
+        if (complete) {
+            for (const auto& [action, name] : steps) {
+                std::string final_path = folder + "/" + name, backup = final_path + kOldSuffix;
+                if (action == "replace" && Exists(backup) && std::rename(backup.c_str(), final_path.c_str()) != 0) {
+                    error = final_path + ": cannot put the old file back from " + backup + " (" + SystemError() + ")";
+                    return false;
+                }
+                if (action == "create") std::remove(final_path.c_str());
+            }
+            recovered = true;
+        }
+        SyncFolder(folder);
+        std::remove(journal.c_str());
+    }
+    for (const char* name : kOutputNames) {
+        std::remove((folder + "/" + name + kOldSuffix).c_str());
+        std::remove((folder + "/" + name + kNewSuffix).c_str());
+    }
+    return true;
+}
+
 class OutputSet {
 public:
     explicit OutputSet(std::string folder) : folder_(std::move(folder)) {}
@@ -625,42 +838,117 @@ public:
     }
     FILE* Open(const std::string& name, std::string& error) {
         Entry e;
+        e.name = name;
         e.final_path = folder_ + "/" + name;
-        e.temporary = e.final_path + ".part";
+        e.temporary = e.final_path + kNewSuffix;
+        e.backup = e.final_path + kOldSuffix;
         e.file = std::fopen(e.temporary.c_str(), "wb");
         if (!e.file) {
-            error = e.temporary + ": cannot write";
+            error = e.temporary + ": cannot write (" + SystemError() + ")";
             return nullptr;
         }
         files_.push_back(e);
         return files_.back().file;
     }
     bool Commit(std::string& error) {
+        // 1. Every temporary complete and on the disk.
         for (auto& f : files_) {
-            bool bad = std::ferror(f.file) != 0;
+            bool bad = std::ferror(f.file) != 0 || std::fflush(f.file) != 0 || fsync(fileno(f.file)) != 0;
             if (std::fclose(f.file) != 0) bad = true;
             f.file = nullptr;
             if (bad) {
-                error = f.temporary + ": write failed";
+                error = f.temporary + ": write failed (" + SystemError() + ")";
                 return false;
             }
         }
+        // 2. A backup of each old file. A folder in a file's place needs
+        //    none: no rename can replace it, so it stays as it is.
+        for (auto& f : files_) {
+            struct stat st {};
+            if (lstat(f.final_path.c_str(), &st) != 0) continue;
+            if (S_ISDIR(st.st_mode)) {
+                f.untouchable = true;
+                continue;
+            }
+            std::remove(f.backup.c_str());
+            if (link(f.final_path.c_str(), f.backup.c_str()) != 0 && !CopyFile(f.final_path, f.backup)) {
+                error = f.final_path + ": cannot keep a copy of the old file (" + SystemError() + "); nothing was changed";
+                RemoveBackups();
+                return false;
+            }
+            f.had_old = true;
+        }
+        // 3. The journal, on the disk before the first rename.
+        std::string journal = folder_ + "/" + kJournalName;
+        if (!WriteJournal(journal)) {
+            error = journal + ": cannot write (" + SystemError() + "); nothing was changed";
+            std::remove(journal.c_str());
+            RemoveBackups();
+            return false;
+        }
+        SyncFolder(folder_);
+        // 4. The renames; a failed one puts back those done before it.
+        const char* crash = std::getenv(kCrashAfterRenamesVariable);
+        int crash_after = crash ? std::atoi(crash) : -1;
+        int renamed = 0;
         for (auto& f : files_) {
             if (std::rename(f.temporary.c_str(), f.final_path.c_str()) != 0) {
-                error = f.final_path + ": cannot replace";
+                error = f.final_path + ": cannot replace (" + SystemError() + ")";
+                if (RollBack()) {
+                    std::remove(journal.c_str());
+                    RemoveBackups();
+                    error += "; the old files are back";
+                } else {
+                    error += "; putting the old files back failed too, the next import into this folder will";
+                }
                 return false;
             }
             f.renamed = true;
+            if (++renamed == crash_after) std::_Exit(3);
         }
+        // 5. Done: the journal goes first, then the backups.
+        SyncFolder(folder_);
+        std::remove(journal.c_str());
+        SyncFolder(folder_);
+        RemoveBackups();
         return true;
     }
 
 private:
     struct Entry {
-        std::string final_path, temporary;
+        std::string name, final_path, temporary, backup;
         FILE* file = nullptr;
-        bool renamed = false;
+        bool renamed = false;                // the temporary is now the final file
+        bool had_old = false;                // an old file was there, its backup is kept
+        bool untouchable = false;            // a folder stands at the final name
     };
+    bool WriteJournal(const std::string& path) {
+        FILE* file = std::fopen(path.c_str(), "wb");
+        if (!file) return false;
+        std::fprintf(file, "begin\n");
+        for (const auto& f : files_)
+            if (!f.untouchable) std::fprintf(file, "%s %s\n", f.had_old ? "replace" : "create", f.name.c_str());
+        std::fprintf(file, "end\n");
+        bool ok = std::ferror(file) == 0 && std::fflush(file) == 0 && fsync(fileno(file)) == 0;
+        return std::fclose(file) == 0 && ok;
+    }
+    bool RollBack() {
+        bool ok = true;
+        for (auto& f : files_) {
+            if (!f.renamed) continue;
+            if (f.had_old ? std::rename(f.backup.c_str(), f.final_path.c_str()) != 0
+                          : std::remove(f.final_path.c_str()) != 0)
+                ok = false;
+            else
+                f.renamed = false;  // so the destructor does not look for its temporary
+        }
+        SyncFolder(folder_);
+        return ok;
+    }
+    void RemoveBackups() {
+        for (auto& f : files_)
+            if (f.had_old) std::remove(f.backup.c_str());
+    }
     std::string folder_;
     std::vector<Entry> files_;
 };
@@ -750,7 +1038,7 @@ bool ParseRegion(const std::string& text, ImportRegion& region, std::string& err
             return false;
         }
         std::string part = text.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
-        if (!StrictNumber(part, v[i])) {
+        if (!ParseDecimal(part, v[i])) {
             error = "--region: '" + part + "' is not a number";
             return false;
         }
@@ -770,6 +1058,9 @@ bool ParseRegion(const std::string& text, ImportRegion& region, std::string& err
 
 bool ImportXplane(const ImportOptions& options, ImportSummary& summary, std::string& error) {
     summary = ImportSummary{};
+    // An import killed in its commit is undone first, whatever this one does.
+    std::string folder = options.destination + "/orb/navdata";
+    if (!RecoverInterruptedCommit(folder, summary.interrupted_import_undone, error)) return false;
     std::string nav_path = FindInput(options.source, "nav.dat");
     std::string fix_path = FindInput(options.source, "fix.dat");
     std::string awy_path = FindInput(options.source, "awy.dat");
@@ -790,7 +1081,6 @@ bool ImportXplane(const ImportOptions& options, ImportSummary& summary, std::str
     std::vector<Airport> airports;
     if (!ReadAptDat(apt_path, options, airports, error)) return false;
 
-    std::string folder = options.destination + "/orb/navdata";
     if (!MakeFolders(folder, error)) return false;
     OutputSet out(folder);
 

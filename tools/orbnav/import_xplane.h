@@ -31,12 +31,14 @@ struct ImportSummary {
     int airways = 0, airway_runs = 0, airway_rows = 0;
     int airway_fix_rows_beyond_limit = 0;    // long-named fixes past the fix table's limit
     std::string cycle;                       // "1310", or empty when the data names none
+    bool interrupted_import_undone = false;  // an earlier import killed in its commit was rolled back
 };
 
 // Parses "LAT1,LON1,LAT2,LON2"; false with a message on a bad value.
 bool ParseRegion(const std::string& text, ImportRegion& region, std::string& error);
 // Runs the import. On failure returns false with a one-line message naming
-// the file and line, and leaves no output file behind.
+// the file and line; the four files of the destination are then all as they
+// were, and no temporary file is left behind.
 bool ImportXplane(const ImportOptions& options, ImportSummary& summary, std::string& error);
 // The effective and next effective date of an AIRAC cycle as "19-SEP-2013".
 bool AiracDates(int year, int cycle, std::string& from, std::string& to);

@@ -45,7 +45,11 @@ int Run(int argc, char** argv) {
     options.source = positional[0];
     options.destination = positional[1];
     ImportSummary s;
-    if (!ImportXplane(options, s, error)) return Fail("%s", error.c_str());
+    bool imported = ImportXplane(options, s, error);
+    if (s.interrupted_import_undone)
+        std::fprintf(stderr, "orbnav: an earlier import into %s was cut off while replacing the files; its old files are back\n",
+                     options.destination.c_str());
+    if (!imported) return Fail("%s", error.c_str());
     std::printf("airports  %6d written, %d beyond the limit of %d dropped\n", s.airports, s.airports_dropped, kAirportLimit);
     std::printf("runways   %6d ends written (%d localizers matched), %d ends beyond 20 a line dropped\n", s.runway_ends,
                 s.localizers_matched, s.runway_ends_dropped);

@@ -1,11 +1,13 @@
 // orbnav: the data tool. Inspects a navigation database folder and imports
 // public data into the module's text formats. `orbnav --help` lists commands.
 #include "command.h"
+#include "decimal_number.h"
 
-#include <cmath>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -17,6 +19,8 @@ std::vector<const OrbnavCommand*>& Registry() {
 void Usage(FILE* out) {
     std::fprintf(out, "usage: orbnav COMMAND [ARGS]   (each command takes --help)\n\ncommands:\n");
     for (const OrbnavCommand* c : Registry()) std::fprintf(out, "  %-16s %s\n", c->name, c->summary);
+    std::fprintf(out, "\nstats, find, airway, airport and config read the simulator folder named by\n"
+                      "--root DIR (default data/sim, relative to the current folder).\n");
 }
 }  // namespace
 
@@ -24,11 +28,16 @@ OrbnavCommand::OrbnavCommand(const char* n, const char* s, int (*r)(int, char**)
     Registry().push_back(this);
 }
 
-bool ParseNumber(const char* text, double& value) {
-    if (text == nullptr || *text == 0) return false;
-    char* end = nullptr;
-    value = std::strtod(text, &end);
-    return end != text && *end == 0 && std::isfinite(value);
+bool ParseNumber(const char* text, double& value) { return text != nullptr && ParseDecimal(text, value); }
+
+std::string NoSimulatorFolder(const char* root) {
+    std::string message = std::string(root) + ": no such simulator folder";
+    if (root[0] != '/') {
+        char here[4096];
+        if (getcwd(here, sizeof here) != nullptr)
+            message += std::string(" in the current folder ") + here + " (give --root DIR)";
+    }
+    return message;
 }
 
 int Fail(const char* format, ...) {
