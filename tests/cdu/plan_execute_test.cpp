@@ -127,6 +127,17 @@ TEST(PlanExecute, PlanStateStepsAndTheExecLamp) {
     state = 77;  // a value no step makes: back to no route
     PlanStateStep();
     EXPECT_EQ(state, 0);
+
+    // The step from 0 starts a flight on the ground, not in the air.
+    g_sim.ground_speed = 250;
+    PlanStateStep();
+    EXPECT_EQ(g_flight_log.flight_stage, kFlightStageNone);
+    EXPECT_EQ(g_tick.flight_seconds, -99);
+    state = 0;
+    g_sim.ground_speed = 4;
+    PlanStateStep();
+    EXPECT_EQ(g_flight_log.flight_stage, kFlightStageStarting);
+    EXPECT_EQ(g_tick.flight_seconds, 0);
 }
 
 TEST(PlanExecute, ARouteBegunOnTheGroundStartsTheFlightClockAndTakesTheRampFuel) {
