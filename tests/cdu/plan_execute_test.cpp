@@ -129,6 +129,8 @@ TEST(PlanExecute, PlanStateStepsAndTheExecLamp) {
     EXPECT_EQ(state, 0);
 
     // The step from 0 starts a flight on the ground, not in the air.
+    g_flight_log = {};
+    g_tick = {};
     g_sim.ground_speed = 250;
     PlanStateStep();
     EXPECT_EQ(g_flight_log.flight_stage, kFlightStageNone);
