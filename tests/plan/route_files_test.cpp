@@ -6,6 +6,7 @@
 #include "guidance/lnav.h"
 #include "navdata/nav_text.h"
 #include "plan/plan_execute.h"
+#include "support/fake_panels.h"
 
 #include <string>
 
@@ -171,10 +172,17 @@ TEST(RouteFiles, LoadingTheActivePlanExecutesIt) {
     pc.Undo.CruiseAltitude = 25000;
     SetText(pc.Selections.PendingDepartureRunway, "16L");
     g_smiths.LegsMode = 1;
+    g_profile.ClimbIas = 300;  // a target speed of the last flight
+    g_profile.SetMCPCrzAltOnFlightPlanLoad = 1;
     g_sim.latitude = 47.0;
     g_sim.longitude = -122.0;
     SetText(pc.PlanLoadFile, "R.RTE");
+    FakeSimulatorScope simulator;
     LoadRouteToActive(3);
+    // On the ground: the aircraft's own speeds, the altitude bug at the cruise altitude.
+    EXPECT_EQ(g_profile.ClimbIas, g_profile.ClimbIasBase);
+    ASSERT_EQ(simulator.sim.CountEvents(0x1024C), 1);
+    EXPECT_EQ(simulator.sim.key_events.back(), std::make_pair(0x1024Cu, 33000u));
     // EXEC's path committed it all: the runway, the direct's leg, no undo left.
     EXPECT_EQ(pc.PlanState, 3);
     EXPECT_EQ(pc.ActiveLeg, 1);
