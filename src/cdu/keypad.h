@@ -108,6 +108,7 @@ struct SmithsCduState {
     int HoldSourceRow = 0;                    // ModPlan index copied in LegsMode 2; 0 none
     int HoldAtPending = 0;                    // 1: the scratchpad holds "HOLD AT " and a fix
     int HoldDeletePending = 0;                // 1: a hold waits for EXEC to be removed
+    int HoldDeleteRow = 0;                    // ActivePlan row of that hold
     int PlanCentreIndex = 0;                  // LEGS entry centring a PLAN map; 0 none
     // Selection flags of the procedure pages: 0 none, 1 chosen, 2 kept from before
     int SidChosen = 0;
@@ -120,6 +121,8 @@ struct SmithsCduState {
     int ArrivalRunwayChosen = 0;
     int ApproachIndex = 0;                    // chosen approach's row; 0 none
     int ApproachTransitionIndex = 0;
+    int SavedApproachIndex = 0;               // the two as EXEC matched them; ERASE puts them back
+    int SavedApproachTransitionIndex = 0;
 };
 
 extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR

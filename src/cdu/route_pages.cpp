@@ -8,7 +8,6 @@
 //   [SECTION] Pages still to come
 #include "cdu/route_pages.h"
 
-#include "cdu/plan_data_texts.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
 #include "navdata/nav_text.h"
@@ -114,17 +113,11 @@ void EnterOrigin(std::string_view text) {
     BuildRouteRows();
     g_vnav.descent_active = 0;
     g_vnav.tod_passed = 0;
-    PlanDataTexts& t = g_plan_texts;
-    for (PlanText* name : {&t.DestinationName, &t.SidName, &t.SidTransition, &t.DepartureRunway, &t.StarName,
-                           &t.StarTransition, &t.ArrivalRunway, &t.ApproachName, &t.ApproachTransition,
-                           &t.SavedSidName, &t.SavedSidTransition, &t.SavedDepartureRunway, &t.SavedStarName,
-                           &t.SavedStarTransition, &t.SavedArrivalRunway, &t.PendingDepartureRunway})
-        SetNone(*name);
-    t.ModifiedDestination = {};
+    // Every name starts over but the origin's.
+    PlanSelections& t = pc.Selections;
+    t = PlanSelections{};
     SetText(t.OriginName, text);
     SetText(t.ModifiedOrigin, text);
-    SetText(pc.OriginText, text);
-    SetText(pc.ModOriginText, text);
     ClearAllChoices();
     pc.PlanState = 0;
     ClearScratchpad();
@@ -161,26 +154,9 @@ void EnterCompanyRoute(std::string_view text) {
     SetText(pc.PlanLoadFile, TextOf(file));
     // A plan of one leg has no route line; building from it empties a list left from before.
     BuildRouteRows();
+    // The load has made the airports at the ends the route's origin and
+    // destination: at once while nothing is active, else as modifications.
     pc.PlanState = state_before > 2 ? 4 : 1;
-    // The airports at the ends become the route's origin and destination, at
-    // once while nothing is active, else as modifications that EXEC commits.
-    PlanDataTexts& t = g_plan_texts;
-    int last = pc.ModLastRow;
-    if (last >= 0 && last < kPlanRows) {
-        const PlanWaypoint& first = g_plan.ModPlan[0];
-        const PlanWaypoint& final_row = g_plan.ModPlan[last];
-        bool first_is_airport = TextOf(first.WaypointType) == "APT";
-        bool last_is_airport = last >= 1 && TextOf(final_row.WaypointType) == "APT";
-        if (state_before < 3) {
-            if (first_is_airport) SetText(t.OriginName, TextOf(first.Ident));
-            if (last_is_airport) SetText(t.DestinationName, TextOf(final_row.Ident));
-        } else {
-            if (first_is_airport && TextOf(first.Ident) != TextOf(t.OriginName))
-                SetText(t.ModifiedOrigin, TextOf(first.Ident));
-            if (last_is_airport && TextOf(final_row.Ident) != TextOf(t.DestinationName))
-                SetText(t.ModifiedDestination, TextOf(final_row.Ident));
-        }
-    }
     ClearScratchpad();
 }
 
@@ -194,7 +170,7 @@ void EnterDepartureRunway(std::string_view text) {
         SetCduMessage(cdu_message::kNotInDatabase);
         return;
     }
-    PlanDataTexts& t = g_plan_texts;
+    PlanSelections& t = g_plan.context.Selections;
     if (!IsSet(t.DepartureRunway)) {
         SetText(t.DepartureRunway, text);
         g_smiths.DepartureRunwayChosen = 1;
@@ -218,7 +194,7 @@ void EnterDestination(std::string_view text) {
     PlanWaypoint airport = AirportRow(*found);
     LoadAirportDetail(text, 2);
     PlanContext& pc = g_plan.context;
-    PlanDataTexts& t = g_plan_texts;
+    PlanSelections& t = pc.Selections;
     int state = pc.PlanState;
     if (state < 3) {
         // With no route yet the airport goes into the active plan, copied to
@@ -244,7 +220,6 @@ void EnterDestination(std::string_view text) {
             pc.ActiveWaypointLongitude = plan[1].Longitude;
         }
         SetText(t.DestinationName, text);
-        SetText(pc.DestinationText, text);
         for (PlanText* arrival : {&t.StarName, &t.StarTransition, &t.ArrivalRunway, &t.ApproachName,
                                   &t.ApproachTransition})
             SetNone(*arrival);
@@ -274,7 +249,7 @@ void EnterDestination(std::string_view text) {
 void RtePageOneKey(int key) {
     PlanContext& pc = g_plan.context;
     std::string_view text = ScratchpadText();
-    bool data_line = key == 1 || key == 2 || key == 6 || (key == 3 && IsSet(g_plan_texts.OriginName));
+    bool data_line = key == 1 || key == 2 || key == 6 || (key == 3 && IsSet(g_plan.context.Selections.OriginName));
     if (data_line && DeleteArmed()) {
         SetCduMessage(cdu_message::kInvalidDelete);  // nothing on this page can be deleted
         return;
@@ -287,7 +262,7 @@ void RtePageOneKey(int key) {
         if (!text.empty()) EnterCompanyRoute(text);
         return;
     case 3:
-        if (!text.empty() && IsSet(g_plan_texts.OriginName)) EnterDepartureRunway(text);
+        if (!text.empty() && IsSet(g_plan.context.Selections.OriginName)) EnterDepartureRunway(text);
         return;
     case 6:
         if (!text.empty()) EnterDestination(text);
@@ -306,7 +281,7 @@ void RtePageOneKey(int key) {
 }
 
 void DrawRtePageOne(CduScreen& screen) {
-    const PlanDataTexts& t = g_plan_texts;
+    const PlanSelections& t = g_plan.context.Selections;
     int state = g_plan.context.PlanState;
     char value[40];
     // ORIGIN
@@ -463,13 +438,13 @@ void SelectWaypointPage(CduScreen& screen) { screen.Title("SELECT WAYPOINT", 40)
 
 void DeparturesPage(CduScreen& screen) {
     char title[48];
-    std::snprintf(title, sizeof title, "%s DEPARTURES", g_plan_texts.OriginName.data());
+    std::snprintf(title, sizeof title, "%s DEPARTURES", g_plan.context.Selections.OriginName.data());
     screen.Title(title, 25);
 }
 
 void ArrivalsPage(CduScreen& screen) {
     char title[48];
-    std::snprintf(title, sizeof title, "%s ARRIVALS", g_plan_texts.DestinationName.data());
+    std::snprintf(title, sizeof title, "%s ARRIVALS", g_plan.context.Selections.DestinationName.data());
     screen.Title(title, 40);
 }
 

@@ -40,7 +40,6 @@ constexpr int kSlowRefreshPeriod = 0x5B;      // 0..91, about 5.1 s
 constexpr int kWarmUpTicks = 10;
 constexpr int kWarmUpHoldsRefresh = 6;        // slow refresh held at 0 below this
 constexpr int kHeadingBugDisplayTicks = 0x37; // 55 ticks of the bug's digits on the ND
-constexpr int kFlightStageEnd = 11;           // End_Flight
 constexpr double kBankDeadband = 0.035;       // degrees read as level
 
 bool PhaseIn(int phase, std::initializer_list<int> phases) {

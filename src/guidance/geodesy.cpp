@@ -80,12 +80,13 @@ void CrossTrackSolve(const CrossTrackInput& in, CrossTrackResult& out) {
     double distance_unused = 0, beta = 0;
     GreatCircle(in.aircraft_lat, in.aircraft_lon, in.waypoint_lat, in.waypoint_lon, distance_unused, beta);
 
-    // 3. True course of the reference leg and its magnetic form, normalised
-    //    like every magnetic course (a north leg with west variation reads 5,
-    //    not 365, against a heading of 5).
+    // 3. True course of the reference leg and its magnetic form. Only 360 is
+    //    added below 0.5; nothing comes off at 360 or above, so a north leg
+    //    with west variation reads 365 here, against a heading of 5.
     double leg_length_unused = 0, c = 0;
     GreatCircle(in.start_lat, in.start_lon, in.waypoint_lat, in.waypoint_lon, leg_length_unused, c);
-    double c_m = NormaliseMagnetic(c - in.magnetic_variation);
+    double c_m = c - in.magnetic_variation;
+    if (c_m < 0.5) c_m += 360.0;
 
     // 4. The point abeam the aircraft on the leg.
     double along = in.leg_length - in.distance_to_go;

@@ -1,5 +1,5 @@
 // holds.cpp: the hold table is empty until holds are entered on the CDU; the
-// pattern itself comes with the hold pages.
+// records, the pattern and their deletion come with the hold pages.
 #include "guidance/holds.h"
 
 HoldState g_holds;
@@ -13,3 +13,14 @@ void HoldGiveUp() {
     g_holds.HoldFlying = 0;
     g_holds.HoldExitState = 1;
 }
+
+void DeleteHold(int, int) {}
+
+void RemoveAllHolds() {
+    g_holds.HoldCount = 0;
+    g_holds.HoldFlying = 0;
+    g_holds.HoldCorner = 0;
+    g_holds.FirstActiveRow = 0;
+}
+
+void DropUntiedHolds() {}

@@ -20,3 +20,10 @@ void DeleteHoldsBehind(int active_leg);
 bool IsFirstHoldFix(int row);
 // LNAV disengaged: the first record gives up its fix.
 void HoldGiveUp();
+// The hold standing at ActivePlan row `row` is removed; with `mode` above 0
+// the plan counts as changed, awaiting EXEC.
+void DeleteHold(int row, int mode);
+// Every hold is removed: a new plan or a new origin.
+void RemoveAllHolds();
+// ERASE: the holds that no row of the plan carries any more are dropped.
+void DropUntiedHolds();

@@ -76,6 +76,14 @@ double CommandBearing(double from_lat, double from_lon, double to_lat, double to
 }
 
 bool HoldPastEntryCorner() { return g_holds.HoldFlying == 1 && g_holds.HoldCorner > 0; }
+
+// The reference leg runs from the present position to the active waypoint.
+void InterceptFromHere() {
+    LnavState& l = g_lnav;
+    l.InterceptStart = {g_sim.latitude, g_sim.longitude};
+    l.InterceptActive = 1;
+    l.InterceptCourse = CommandBearing(l.InterceptStart.lat, l.InterceptStart.lon, ActivePos().lat, ActivePos().lon);
+}
 }  // namespace
 
 LatLon ActivePos() { return {g_plan.context.ActiveWaypointLatitude, g_plan.context.ActiveWaypointLongitude}; }
@@ -91,6 +99,13 @@ void LnavPlanActivated() {
     l.ChangeDistance = 0;
 }
 
+void LnavDirectExecuted() {
+    InterceptFromHere();
+    // Straight at the waypoint until the next sequencing, as after engaging:
+    // the leg tracked before the direct is not flown back to.
+    g_lnav.LegTracking = 0;
+}
+
 // [SECTION] LnavToggle
 void LnavToggle() {
     LnavState& l = g_lnav;
@@ -100,9 +115,7 @@ void LnavToggle() {
             l.LnavOn = 1;
             if (g_config.HdgHoldOnLnavOn == 1) TriggerKeyEvent(0x1010F, 0);
             if (g_config.LnavSetEnRouteFreqs == 1) CheckTuneRoute(2);
-            l.InterceptStart = {g_sim.latitude, g_sim.longitude};
-            l.InterceptActive = 1;
-            l.InterceptCourse = CommandBearing(l.InterceptStart.lat, l.InterceptStart.lon, ActivePos().lat, ActivePos().lon);
+            InterceptFromHere();
         }
     } else {
         l.LnavOn = 0;
@@ -225,7 +238,7 @@ void LnavSequence() {
             l.LnavOn = 0;  // the last waypoint: LNAV drops whatever the options say
             SetLnavVariable(0);
         } else {
-            if (g_flight_log.flight_stage < 11) FlightLogStep(1);
+            if (g_flight_log.flight_stage < kFlightStageEnd) FlightLogStep(1);
             const PlanWaypoint& passed = Row(ActiveLeg());
             std::snprintf(l.LastPassed.ident.data(), l.LastPassed.ident.size(), "%s", passed.Ident.data());
             std::snprintf(l.LastPassed.time.data(), l.LastPassed.time.size(), "%02.0f%02.0fZ", s.zulu_hour,
@@ -269,7 +282,6 @@ void LnavSequence() {
     l.LegCourse = Magnetic(bearing);
     GreatCircle(s.latitude, s.longitude, ActivePos().lat, ActivePos().lon, l.DistToActive, bearing);
     l.BearingToActive = Magnetic(bearing);
-    g_plan.context.DistanceToActive = l.DistToActive;
     if (ActiveLeg() < last && l.DistToActive < kAbeamWindow)
         CourseBetween(Row(ActiveLeg()), Row(ActiveLeg() + 1), l.NextLegCourse, l.NextLegLength);
     // 8. Export and distances.

@@ -53,8 +53,13 @@ extern LnavState g_lnav;
 // sequencing, at Direct-To and at each change of plan.
 LatLon ActivePos();
 
-// A plan became active (loaded or executed): the once-per-plan steps rearm.
+// A new plan became active (loaded, or executed from PlanState below 3): the
+// once-per-plan steps rearm and steering starts afresh. A modification of
+// the plan being flown doesn't come here.
 void LnavPlanActivated();
+// EXEC of a direct or intercept: the reference leg starts at the present
+// position and runs to the (new) active waypoint.
+void LnavDirectExecuted();
 // Engage or disengage: every LNAV switch ends here.
 void LnavToggle();
 // The tick's lateral steps; nothing without an active leg.

@@ -1,6 +1,7 @@
 // performance.cpp: the distances the tick needs now; predictions come later.
 #include "guidance/performance.h"
 
+#include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
@@ -9,13 +10,23 @@
 
 #include <algorithm>
 
-namespace {
-struct PerformanceState {
-    double kept_direct_to_destination = 0;   // nm, refreshed from cruise on
-    double fuel_kept = -1;                    // pounds; -1 until the first sample
-};
 PerformanceState g_performance;
+
+namespace {
+// How much colder than 15 C the standard atmosphere is at the cruise
+// altitude, counted in whole thousands of feet.
+double StandardLapse() { return (g_plan.context.CruiseAltitude / 1000) * 1.98; }
 }  // namespace
+
+void EnterCruiseOat(double cruise_oat) {
+    g_performance.CruiseOat = cruise_oat;
+    g_performance.IsaDeviation = cruise_oat - (15.0 - StandardLapse());
+}
+
+void EnterIsaDeviation(double isa_deviation) {
+    g_performance.IsaDeviation = isa_deviation;
+    g_performance.CruiseOat = isa_deviation + 15.0 - StandardLapse();
+}
 
 void PredictProfile(int, int) {}
 
@@ -50,6 +61,17 @@ double DirectDistanceToDestination() {
 }
 
 double KeptDirectDistanceToDestination() { return g_performance.kept_direct_to_destination; }
+
+void ReapplyRampFuel() { g_performance.fuel_kept = -1; }
+
+void LoadDefaultSpeeds() {
+    AircraftProfile& p = g_profile;
+    p.ClimbIas = p.ClimbIasBase;
+    p.CruiseIas = p.CruiseIasBase;
+    p.DescentIas = p.DescentIasBase;
+    p.ClimbTas = TasAt15000(p.ClimbIas);
+    p.DescentTas = TasAt15000(p.DescentIas);
+}
 
 double FuelOnBoardKept() {
     double now = FuelOnBoardPounds();

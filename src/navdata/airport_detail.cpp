@@ -3,6 +3,7 @@
 // airport named on the pages (SetAirport).
 #include "frame/diagnostic_log.h"
 #include "frame/module_state.h"
+#include "guidance/vnav.h"
 #include "navdata/airport_extras.h"
 #include "navdata/nav_database.h"
 #include "navdata/nav_text.h"
@@ -179,7 +180,7 @@ void SetAirport(std::string_view ident, int mode) {
         case 2:
             SetText(pc.DestinationIdent, ident);
             SetText(pc.DestinationElevation, c[1]);
-            pc.TargetAltitude = elevation;
+            g_vnav.TargetAltitude = elevation;
             if (last_row_is_this_airport(g_plan.ActivePlan, pc.ActiveLastRow)) {
                 PlanWaypoint& last = g_plan.ActivePlan[pc.ActiveLastRow];
                 last.Altitude = elevation;
@@ -196,10 +197,10 @@ void SetAirport(std::string_view ident, int mode) {
             w.Altitude = elevation;
             SetText(pc.DestinationIdent, ident);
             SetText(pc.DestinationElevation, c[1]);
-            pc.TargetLatitude = latitude;
-            pc.TargetLongitude = longitude;
-            pc.TargetAltitude = elevation;
-            pc.NextTargetRow = row;
+            g_vnav.TargetLatitude = latitude;
+            g_vnav.TargetLongitude = longitude;
+            g_vnav.TargetAltitude = elevation;
+            pc.NextRestrictionRow = row;
             break;
         }
         case 5: make_origin(g_plan.ModPlan[0]); break;

@@ -5,3 +5,5 @@
 void LoadSids(std::string_view) {}
 void LoadStars(std::string_view) {}
 void LoadApproaches(std::string_view) {}
+int ApproachRowOf(std::string_view) { return 0; }
+int ApproachTransitionRowOf(std::string_view, std::string_view) { return 0; }

@@ -10,3 +10,8 @@
 void LoadSids(std::string_view ident);
 void LoadStars(std::string_view ident);
 void LoadApproaches(std::string_view ident);
+
+// The row of the destination slot's approach names that holds `approach`,
+// and of the chosen approach's transitions that holds `transition`; 0 none.
+int ApproachRowOf(std::string_view approach);
+int ApproachTransitionRowOf(std::string_view approach, std::string_view transition);

@@ -1,23 +1,41 @@
 // plan_execute.cpp: PlanState's steps, the execution of ModPlan and the
 // erasing of a modification.
 //
-// The procedure names, the modified origin and destination and the route
-// pages' modes live with the CDU (they are what its pages show and edit);
-// the execution commits them together with the rows, so it reads them here.
+// The route's selections and the undo slots live with the plan
+// (PlanContext); the route pages' modes, selection flags and approach
+// indices live with the CDU (they are what its pages show and edit). The
+// execution commits them together with the rows, and ERASE drops them.
+//
+// Index:
+//   [SECTION] Helpers
+//   [SECTION] PlanStateStep
+//   [SECTION] PlanExecute
+//   [SECTION] PlanErase
 #include "plan/plan_execute.h"
 
 #include "cdu/keypad.h"
-#include "cdu/plan_data_texts.h"
+#include "flightlog/flight_log.h"
+#include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
+#include "frame/global_config.h"
+#include "frame/module_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
 #include "navdata/nav_text.h"
+#include "navdata/procedures.h"
 #include "plan/plan_tables.h"
+#include "plan/sim_plans.h"
 
+#include <algorithm>
+
+// [SECTION] Helpers
 namespace {
+constexpr double kOnGroundSpeed = 5;         // knots: below it a new route starts a new flight
+constexpr int kSimGenerationWithSimConnect = 10;
+
 bool IsSet(const PlanText& text) {
     std::string_view value = TextOf(text);
     return !value.empty() && value != kNoSelection;
@@ -27,23 +45,58 @@ void SetNone(PlanText& text) { SetText(text, kNoSelection); }
 
 // The six procedure fields and their saved twins, with which ERASE works.
 struct SavedPair {
-    PlanText PlanDataTexts::*current;
-    PlanText PlanDataTexts::*saved;
+    PlanText PlanSelections::*current;
+    PlanText PlanSelections::*saved;
 };
 constexpr SavedPair kSavedPairs[] = {
-    {&PlanDataTexts::SidName, &PlanDataTexts::SavedSidName},
-    {&PlanDataTexts::SidTransition, &PlanDataTexts::SavedSidTransition},
-    {&PlanDataTexts::DepartureRunway, &PlanDataTexts::SavedDepartureRunway},
-    {&PlanDataTexts::StarName, &PlanDataTexts::SavedStarName},
-    {&PlanDataTexts::StarTransition, &PlanDataTexts::SavedStarTransition},
-    {&PlanDataTexts::ArrivalRunway, &PlanDataTexts::SavedArrivalRunway},
+    {&PlanSelections::SidName, &PlanSelections::SavedSidName},
+    {&PlanSelections::SidTransition, &PlanSelections::SavedSidTransition},
+    {&PlanSelections::DepartureRunway, &PlanSelections::SavedDepartureRunway},
+    {&PlanSelections::StarName, &PlanSelections::SavedStarName},
+    {&PlanSelections::StarTransition, &PlanSelections::SavedStarTransition},
+    {&PlanSelections::ArrivalRunway, &PlanSelections::SavedArrivalRunway},
 };
+
+// A new origin or destination: its procedures, in both versions, are none.
+void ClearDepartureSelections(PlanSelections& sel) {
+    for (PlanText* text : {&sel.SidName, &sel.SidTransition, &sel.DepartureRunway, &sel.SavedSidName,
+                           &sel.SavedSidTransition, &sel.SavedDepartureRunway})
+        SetNone(*text);
+}
+
+void ClearArrivalSelections(PlanSelections& sel) {
+    for (PlanText* text : {&sel.StarName, &sel.StarTransition, &sel.ArrivalRunway, &sel.ApproachName,
+                           &sel.ApproachTransition, &sel.SavedStarName, &sel.SavedStarTransition,
+                           &sel.SavedArrivalRunway})
+        SetNone(*text);
+}
+
+// A route file's "ApproachInfo" ("ILS16R_16R"), kept since its loading: the
+// approach and the saved arrival runway, read as two words.
+void TakePendingApproachInfo(PlanContext& pc) {
+    if (pc.PendingApproachInfo[0] == 0) return;
+    std::array<char, sizeof pc.PendingApproachInfo> text = pc.PendingApproachInfo;
+    std::replace(text.begin(), text.end(), '_', ' ');
+    std::string_view words[2];
+    int n = SplitColumns(TextOf(text), words, 2);
+    if (n >= 1) SetText(pc.Selections.ApproachName, words[0]);
+    if (n >= 2) SetText(pc.Selections.SavedArrivalRunway, words[1]);
+    pc.PendingApproachInfo = {};
+}
 }  // namespace
 
+// [SECTION] PlanStateStep
 void PlanStateStep() {
     int& state = g_plan.context.PlanState;
     switch (state) {
-    case 0: state = 1; break;
+    case 0:
+        state = 1;
+        // A route begun on the ground is a new flight, on the fuel it has now.
+        if (g_sim.ground_speed < kOnGroundSpeed) {
+            StartNewFlight();
+            ReapplyRampFuel();
+        }
+        break;
     case 1: state = 2; break;
     case 2: state = 3; break;
     case 3: state = 4; break;
@@ -62,40 +115,42 @@ bool ExecutePending() {
     return state == 2 || state == 4;
 }
 
+// [SECTION] PlanExecute
 void PlanExecute() {
     SmithsCduState& s = g_smiths;
     PlanContext& pc = g_plan.context;
-    PlanDataTexts& t = g_plan_texts;
-    int state_before = pc.PlanState;
+    PlanSelections& sel = pc.Selections;
+    // A plan from nothing, not a change of the one being flown.
+    bool new_plan = pc.PlanState < 3;
 
-    // 1. A hold removal that waited for EXEC (the hold table comes with its page).
+    // 1. A hold removal that waited for EXEC.
+    if (s.HoldDeletePending) DeleteHold(s.HoldDeleteRow, 0);
     s.HoldDeletePending = 0;
+    s.HoldDeleteRow = 0;
 
-    // 3. A direct or intercept under way starts from the present position;
-    // LNAV takes the leg's course from there to the active waypoint.
-    if (s.LegsMode != 0) {
-        int leg = pc.ModActiveLeg;
-        if (leg >= 0 && leg <= pc.ModLastRow && leg < kPlanRows) {
-            pc.OriginLatitude = g_sim.latitude;
-            pc.OriginLongitude = g_sim.longitude;
-            pc.intercept_state = 1;
-        }
-        s.LegsMode = 0;
-    }
+    // 2. What stands is committed: nothing to undo any more.
+    pc.Undo = PlanUndoSlots{};
+
+    // 3. A direct, an intercept or a hold at the present position under way:
+    // LNAV's leg starts here, once the rows below are in.
+    bool intercept = s.LegsMode != 0;
+    s.LegsMode = 0;
     s.DirectPending = 0;
 
     // 4. A waiting departure runway; the procedure fields become the saved state.
-    if (IsSet(t.PendingDepartureRunway)) {
-        t.DepartureRunway = t.PendingDepartureRunway;
-        SetNone(t.PendingDepartureRunway);
+    if (IsSet(sel.PendingDepartureRunway)) {
+        sel.DepartureRunway = sel.PendingDepartureRunway;
+        SetNone(sel.PendingDepartureRunway);
     }
-    for (const SavedPair& pair : kSavedPairs) t.*pair.saved = t.*pair.current;
+    for (const SavedPair& pair : kSavedPairs) sel.*pair.saved = sel.*pair.current;
+
+    // 5. A new plan: guidance starts afresh and its once-per-plan steps rearm.
+    if (new_plan) LnavPlanActivated();
 
     // 6. The rows, and the airports at both ends.
     if (pc.ModLastRow >= 1) {
         CopyModPlanToActive();
         if (pc.ActiveLeg < 1) pc.ActiveLeg = 1;
-        if (state_before < 3) LnavPlanActivated();  // a new plan, not a change of the flown one
         if (pc.ActiveLeg <= pc.ActiveLastRow) {
             pc.ActiveWaypointLatitude = g_plan.ActivePlan[pc.ActiveLeg].Latitude;
             pc.ActiveWaypointLongitude = g_plan.ActivePlan[pc.ActiveLeg].Longitude;
@@ -103,32 +158,42 @@ void PlanExecute() {
         const PlanWaypoint& last = g_plan.ActivePlan[pc.ActiveLastRow];
         if (TextOf(last.WaypointType) == "APT") {
             std::array<char, 24> ident = last.Ident;
-            if (state_before < 3) SetAirport(TextOf(ident), 2);
-            if (TextOf(ident) != TextOf(t.DestinationName) || !TextOf(t.ModifiedDestination).empty()) {
-                SetText(t.DestinationName, TextOf(ident));
-                SetText(pc.DestinationText, TextOf(ident));
+            if (new_plan) SetAirport(TextOf(ident), 2);
+            if (TextOf(ident) != TextOf(sel.DestinationName) || !TextOf(sel.ModifiedDestination).empty()) {
+                SetText(sel.DestinationName, TextOf(ident));
                 LoadAirportDetail(TextOf(ident), 2);
-                for (PlanText* arrival : {&t.StarName, &t.StarTransition, &t.ArrivalRunway, &t.ApproachName,
-                                          &t.ApproachTransition})
-                    SetNone(*arrival);
+                ClearArrivalSelections(sel);
             }
         }
         const PlanWaypoint& first = g_plan.ActivePlan[0];
         if (TextOf(first.WaypointType) == "APT") {
             std::array<char, 24> ident = first.Ident;
-            if (state_before < 3) SetAirport(TextOf(ident), 0);
-            if (TextOf(ident) != TextOf(t.OriginName) || !TextOf(t.ModifiedOrigin).empty()) {
-                SetText(t.OriginName, TextOf(ident));
-                SetText(pc.OriginText, TextOf(ident));
+            if (new_plan) {
+                SetAirport(TextOf(ident), 0);
+                StartNewFlight();
+            }
+            if (TextOf(ident) != TextOf(sel.OriginName) || !TextOf(sel.ModifiedOrigin).empty()) {
+                SetText(sel.OriginName, TextOf(ident));
                 LoadAirportDetail(TextOf(ident), 1);
-                for (PlanText* departure : {&t.SidName, &t.SidTransition, &t.DepartureRunway}) SetNone(*departure);
-                g_holds.HoldCount = 0;
-                g_holds.HoldFlying = 0;
+                ClearDepartureSelections(sel);
+                LoadDefaultSpeeds();
+                RemoveAllHolds();
             }
         }
-        t.ModifiedOrigin = {};
-        t.ModifiedDestination = {};
+        sel.ModifiedOrigin = {};
+        sel.ModifiedDestination = {};
     }
+    if (intercept && pc.ActiveLeg != kNoActiveLeg) LnavDirectExecuted();
+
+    // 7. The approach of a loaded route, then the approach names matched to
+    // the destination's tables; ERASE comes back to these indices.
+    TakePendingApproachInfo(pc);
+    s.ApproachIndex = IsSet(sel.ApproachName) ? ApproachRowOf(TextOf(sel.ApproachName)) : 0;
+    s.ApproachTransitionIndex = s.ApproachIndex != 0 && IsSet(sel.ApproachTransition)
+                                    ? ApproachTransitionRowOf(TextOf(sel.ApproachName), TextOf(sel.ApproachTransition))
+                                    : 0;
+    s.SavedApproachIndex = s.ApproachIndex;
+    s.SavedApproachTransitionIndex = s.ApproachTransitionIndex;
 
     // 8. Active; the vertical profile and the distances follow the new plan.
     pc.PlanState = 3;
@@ -136,29 +201,51 @@ void PlanExecute() {
     FindClimbTarget(0);
     RecomputeTopOfDescent(0);
     PlanDistances();
-    LnavPlanActivated();
+
+    // 9. Every commit also reaches the simulator's GPS when the panel asks for it.
+    if (g_config.synchfplanwithfsgps == 1 && g_module.SimGeneration == kSimGenerationWithSimConnect)
+        SendPlanToSimulator();
 }
 
+// [SECTION] PlanErase
 void PlanErase() {
     SmithsCduState& s = g_smiths;
-    PlanDataTexts& t = g_plan_texts;
+    PlanContext& pc = g_plan.context;
+    PlanSelections& sel = pc.Selections;
     // 1. The modified airports go.
-    t.ModifiedOrigin = {};
-    t.ModifiedDestination = {};
+    sel.ModifiedOrigin = {};
+    sel.ModifiedDestination = {};
     // 2. The procedures as at the last EXEC; a runway waiting for EXEC goes too.
-    for (const SavedPair& pair : kSavedPairs) t.*pair.current = t.*pair.saved;
-    SetNone(t.PendingDepartureRunway);
+    for (const SavedPair& pair : kSavedPairs) sel.*pair.current = sel.*pair.saved;
+    SetNone(sel.PendingDepartureRunway);
     if (s.CduPage == cdu_page::kDepartures) s.departures.page = 1;
     if (s.CduPage == cdu_page::kArrivals) s.arrivals.page = 1;
-    // 3. Selection flags and modes.
+    // 3. Approach indices as EXEC matched them; selection flags and modes.
+    s.ApproachIndex = s.SavedApproachIndex;
+    s.ApproachTransitionIndex = s.SavedApproachTransitionIndex;
     s.SidChosen = s.SidTransitionChosen = s.DepartureRunwayChosen = 0;
     s.StarChosen = s.StarTransitionChosen = s.ApproachChosen = s.ApproachTransitionChosen = 0;
     s.ArrivalRunwayChosen = 0;
     s.LegsMode = 0;
     s.DirectPending = 0;
     s.HoldDeletePending = 0;
+    s.HoldDeleteRow = 0;
+    // 4. The values the modification changed, where it changed them.
+    const PlanUndoSlots& undo = pc.Undo;
+    AircraftProfile& p = g_profile;
+    if (undo.CruiseAltitude > 0) pc.CruiseAltitude = undo.CruiseAltitude;
+    if (undo.CostIndex >= 0) p.CostIndex = undo.CostIndex;
+    if (undo.ClimbIas > 0) p.ClimbIas = undo.ClimbIas;
+    if (undo.CruiseIas > 0) p.CruiseIas = undo.CruiseIas;
+    if (undo.DescentIas > 0) p.DescentIas = undo.DescentIas;
+    if (undo.ClimbMach > 0) p.ClimbMach = undo.ClimbMach;
+    if (undo.CruiseMach > 0) p.CruiseMach = undo.CruiseMach;
+    if (undo.DescentMach > 0) p.DescentMach = undo.DescentMach;
+    pc.Undo = PlanUndoSlots{};  // used: a later ERASE must not put them back again
     // 5. Back to the active plan.
-    if (g_plan.context.PlanState == 4) g_plan.context.PlanState = 3;
+    if (pc.PlanState == 4) pc.PlanState = 3;
+    // 6. Holds the modification added and no row carries any more.
+    DropUntiedHolds();
     // 7. ModPlan is the active plan again.
     BeginModification();
     BuildRouteRows();

@@ -37,9 +37,54 @@ struct PlanWaypoint {
 using PlanTable = std::array<PlanWaypoint, kPlanRows>;
 
 constexpr char kNoSelection[] = "------";
+constexpr int kPlanTextSize = 32;            // an ident, runway or procedure name with room to spare
 
+using PlanText = std::array<char, kPlanTextSize>;
+
+constexpr PlanText MakePlanText(const char* text) {
+    PlanText out{};
+    for (int i = 0; text[i] != 0 && i < kPlanTextSize - 1; ++i) out[i] = text[i];
+    return out;
+}
+
+// The route's airports and procedures as the pages chose them: one copy,
+// which the route pages write and the route writer, EXEC and ERASE read.
+// The names hold "------" for none. The working names are the modified
+// version; their saved twins are the active version as at the last EXEC,
+// which ERASE puts back. The approach has no saved twin.
 struct PlanSelections {
-    std::array<char, 16> Sid{}, SidTransition{}, Star{}, StarTransition{}, Approach{}, ApproachTransition{}, Runway{};
+    PlanText OriginName = MakePlanText(kNoSelection);
+    PlanText DestinationName = MakePlanText(kNoSelection);
+    PlanText SidName = MakePlanText(kNoSelection);
+    PlanText SidTransition = MakePlanText(kNoSelection);
+    PlanText DepartureRunway = MakePlanText(kNoSelection);
+    PlanText StarName = MakePlanText(kNoSelection);
+    PlanText StarTransition = MakePlanText(kNoSelection);
+    PlanText ArrivalRunway = MakePlanText(kNoSelection);
+    PlanText ApproachName = MakePlanText(kNoSelection);
+    PlanText ApproachTransition = MakePlanText(kNoSelection);
+    PlanText SavedSidName = MakePlanText(kNoSelection);
+    PlanText SavedSidTransition = MakePlanText(kNoSelection);
+    PlanText SavedDepartureRunway = MakePlanText(kNoSelection);
+    PlanText SavedStarName = MakePlanText(kNoSelection);
+    PlanText SavedStarTransition = MakePlanText(kNoSelection);
+    PlanText SavedArrivalRunway = MakePlanText(kNoSelection);
+    PlanText PendingDepartureRunway = MakePlanText(kNoSelection);  // a runway entered while the plan is active
+    PlanText ModifiedOrigin{};               // empty, or the origin entered while PlanState is 4
+    PlanText ModifiedDestination{};          // empty, or the destination entered while PlanState is 4
+};
+
+// Values a modification changed, as they stood before it. ERASE puts back
+// the slots that are set; EXEC commits the change and empties them.
+struct PlanUndoSlots {
+    int CruiseAltitude = 0;                  // feet; 0 or less: none
+    int CostIndex = -1;                      // -1: none
+    int ClimbIas = 0;                        // knots; 0 or less: none
+    int CruiseIas = 0;
+    int DescentIas = 0;
+    double ClimbMach = 0;                    // 0 or less: none
+    double CruiseMach = 0;
+    double DescentMach = 0;
 };
 
 struct PlanContext {
@@ -58,18 +103,9 @@ struct PlanContext {
     double ActiveWaypointLatitude = 0;       // copy of row ActiveLeg's position
     double ActiveWaypointLongitude = 0;
     std::array<char, 260> PlanLoadFile{};    // route file last loaded (or asked for)
-    PlanSelections active_selection;         // "------" each when none
-    PlanSelections mod_selection;
+    PlanSelections Selections;
+    PlanUndoSlots Undo;
     int has_leg = 0;                         // 1: the loaded plan has a leg to fly
-    // Hand-offs read by the descent logic and the pages.
-    double TargetLatitude = 0;               // descent target (the destination)
-    double TargetLongitude = 0;
-    double TargetAltitude = 0;               // feet
-    int NextTargetRow = 0;                   // the plan's next target row
-    std::array<char, 16> OriginText{};       // the origin the departure pages show
-    std::array<char, 16> ModOriginText{};
-    std::array<char, 16> DestinationText{};
-    std::array<char, 16> ModDestinationText{};
     int AirportSide = 0;                     // 1 departure, 2 arrival
     std::array<char, 16> MapAirportText{};   // the map pages' airport (load mode 3)
     std::array<char, 16> McuAirportText{};   // the MCU pages' airport (load mode 1)
@@ -78,10 +114,6 @@ struct PlanContext {
     double ReserveFuel = 0;                  // pounds
     std::array<char, 64> PendingApproachInfo{};  // "ILS16R_16R": chosen at the next execution
     double AlongRouteFuel = 0;               // pounds, cleared on loading
-    int intercept_state = 0;                 // LNAV's intercept leg, cleared on loading
-    double OriginLatitude = 0;               // LNAV's origin position
-    double OriginLongitude = 0;
-    double DistanceToActive = 999;           // nm
 };
 
 struct PlanTables {

@@ -9,8 +9,7 @@
 // [SECTION] StoredPlanTable
 #include "plan/route_files.h"
 
-#include "guidance/lnav.h"
-
+#include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
@@ -20,8 +19,12 @@
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
 #include "guidance/holds.h"
+#include "guidance/lnav.h"
+#include "guidance/performance.h"
+#include "guidance/vnav.h"
 #include "navdata/nav_database.h"
 #include "navdata/nav_text.h"
+#include "plan/plan_execute.h"
 #include "plan/sim_plans.h"
 
 #include <windows.h>
@@ -38,11 +41,13 @@ StoredPlanTable g_stored_plans;
 namespace {
 namespace KeyEvent {
 constexpr ID32 SetAltimeter = 0x10030;       // altimeter to the current pressure (SetWptBaro)
+constexpr ID32 SetAltitudeBug = 0x1024C;     // feet
 constexpr ID32 SetSpeedBug = 0x101F5;        // knots
 constexpr ID32 SetZuluHours = 0x1021B;
 constexpr ID32 SetZuluMinutes = 0x1021C;
 }  // namespace KeyEvent
 constexpr double kGroundSpeedOnGround = 5;   // knots: below it the aircraft stands
+constexpr double kSpeedsBackToDefaults = 50; // knots: below it a loaded plan takes the aircraft's speeds
 constexpr int kMaxFolderNames = 2000;        // names of the folder looked at, at most
 }  // namespace
 
@@ -50,8 +55,8 @@ constexpr int kMaxFolderNames = 2000;        // names of the folder looked at, a
 void FlightPlanFolder(char* out, size_t size) {
     if (out == nullptr || size == 0) return;
     // The aircraft profile's folder first, then orb.cfg's.
-    const char* configured = g_profile.FlightPlansFolder[0] != 0 ? g_profile.FlightPlansFolder.data()
-                                                                 : g_config.FlightPlansFolder.data();
+    const char* configured = g_profile.FlightPlansFolder.data();
+    if (configured[0] == 0) configured = g_config.FlightPlansFolder.data();
     if (configured[0] != 0) {
         size_t n = std::strlen(configured);
         bool has_slash = configured[n - 1] == '\\' || configured[n - 1] == '/';
@@ -75,9 +80,11 @@ int SaveRouteFile(const char* name) {
     if (file == nullptr) return 0;
     PlanContext& pc = g_plan.context;
     if (g_config.SaveFPLCruiseAlt == 1) std::fprintf(file, "CruiseAlt=%d\n", pc.CruiseAltitude);
-    std::string_view approach = TextOf(pc.active_selection.Approach);
+    // The approach of the plan flown, with the arrival runway as at the last EXEC.
+    const PlanSelections& sel = pc.Selections;
+    std::string_view approach = TextOf(sel.ApproachName);
     if (!approach.empty() && approach != kNoSelection)
-        std::fprintf(file, "ApproachInfo=%s_%s\n", pc.active_selection.Approach.data(), pc.active_selection.Runway.data());
+        std::fprintf(file, "ApproachInfo=%s_%s\n", sel.ApproachName.data(), sel.SavedArrivalRunway.data());
     std::fprintf(file, "[FlightPlan]\n");
     for (int i = 0; i <= pc.ActiveLastRow && i < kPlanRows; ++i) {
         PlanWaypoint& row = g_plan.ActivePlan[i];
@@ -226,7 +233,8 @@ static bool ReadRouteFile(const char* path, RouteReadState& state) {
 static void ApplyGroundLoadOptions(int cruise_altitude) {
     PlanContext& pc = g_plan.context;
     if (g_config.LoadFuelonFlightPlanLoad == 1 && pc.PlanFuel > 5) LoadFuel(pc.PlanFuel);
-    (void)cruise_altitude;  // the autopilot altitude option belongs to the aircraft profile
+    if (g_profile.SetMCPCrzAltOnFlightPlanLoad == 1)
+        TriggerKeyEvent(KeyEvent::SetAltitudeBug, static_cast<UINT32>(std::max(0, cruise_altitude)));
     if (g_config.SetMCPSpdOnFlightPlanLoad > 0)
         TriggerKeyEvent(KeyEvent::SetSpeedBug, static_cast<UINT32>(g_config.SetMCPSpdOnFlightPlanLoad));
 }
@@ -238,6 +246,7 @@ static bool IsPlnName(std::string_view name) {
 // [SECTION] LoadRouteToActive
 void LoadRouteToActive(int mode) {
     PlanContext& pc = g_plan.context;
+    PlanSelections& sel = pc.Selections;
     // 1. A simulator plan is converted first.
     std::array<char, kFileNameSize> name{};
     SetText(name, TextOf(pc.PlanLoadFile));
@@ -245,20 +254,19 @@ void LoadRouteToActive(int mode) {
         if (ConvertPlanFile(name.data()) == kConvertFailed) return;
         SetText(name, "Temp.RTE");
     }
-    // 2. Empty tables.
+    // 2. Empty tables, no intercept leg.
     pc.ActiveLastRow = -1;
     pc.ModLastRow = -1;
-    pc.intercept_state = 0;
+    g_lnav.InterceptActive = 0;
     pc.AlongRouteFuel = 0;
     pc.has_leg = 0;
     // 3. Read.
     pc.CruiseAltitude = 0;
-    SetText(pc.ModOriginText, "-----");
     static RouteReadState state;  // 600 bytes: kept off the stack
     BeginRouteRead(state, RouteTarget::Active, true);
     char path[MAX_PATH];
     PathInFolder(name.data(), path, sizeof path);
-    bool opened = ReadRouteFile(path, state);
+    ReadRouteFile(path, state);
 
     if (pc.ActiveLastRow < 0) {
         // 16. Nothing read (or no file): an empty plan without a leg.
@@ -269,12 +277,9 @@ void LoadRouteToActive(int mode) {
     PlanWaypoint& first = g_plan.ActivePlan[0];
     if (TextOf(first.WaypointType) == "APT") {
         LoadAirportDetail(TextOf(first.Ident), 1);
-        SetText(pc.active_selection.Sid, kNoSelection);
-        SetText(pc.active_selection.SidTransition, kNoSelection);
-        SetText(pc.mod_selection.Sid, kNoSelection);
-        SetText(pc.mod_selection.SidTransition, kNoSelection);
-        SetText(pc.OriginText, TextOf(first.Ident));
-        SetText(pc.ModOriginText, TextOf(first.Ident));
+        for (PlanText* text : {&sel.SidName, &sel.SidTransition, &sel.SavedSidName, &sel.SavedSidTransition})
+            SetText(*text, kNoSelection);
+        SetText(sel.OriginName, TextOf(first.Ident));
     }
     int last = pc.ActiveLastRow;
     bool has_leg = last >= 1;
@@ -294,20 +299,16 @@ void LoadRouteToActive(int mode) {
             SetText(pc.McuAirportText, side_ident);
         }
     }
-    // 11. The destination.
+    // 11. The destination, and VNAV's target there.
     const PlanWaypoint& destination = g_plan.ActivePlan[last];
-    pc.TargetLatitude = destination.Latitude;
-    pc.TargetLongitude = destination.Longitude;
-    SetText(pc.DestinationText, TextOf(destination.Ident));
-    SetText(pc.ModDestinationText, TextOf(destination.Ident));
+    g_vnav.TargetLatitude = destination.Latitude;
+    g_vnav.TargetLongitude = destination.Longitude;
+    SetText(sel.DestinationName, TextOf(destination.Ident));
     std::array<char, 24> destination_ident = destination.Ident;
     LoadAirportDetail(TextOf(destination_ident), 2);
-    for (PlanSelections* s : {&pc.active_selection, &pc.mod_selection}) {
-        SetText(s->Star, kNoSelection);
-        SetText(s->StarTransition, kNoSelection);
-        SetText(s->Approach, kNoSelection);
-        SetText(s->ApproachTransition, kNoSelection);
-    }
+    for (PlanText* text : {&sel.StarName, &sel.StarTransition, &sel.ApproachName, &sel.ApproachTransition,
+                           &sel.SavedStarName, &sel.SavedStarTransition})
+        SetText(*text, kNoSelection);
     SetAirport(TextOf(destination_ident), 2);
     // The airports' elevations go to the modified rows too, which the execution copies.
     g_plan.ModPlan[0].Altitude = g_plan.ActivePlan[0].Altitude;
@@ -316,17 +317,14 @@ void LoadRouteToActive(int mode) {
     // 12. Guidance starts over on the new plan.
     pc.NextRestrictionRow = pc.ActiveLastRow;
     pc.ModNextRestrictionRow = pc.ActiveLastRow;
-    pc.OriginLatitude = first.Latitude;
-    pc.OriginLongitude = first.Longitude;
-    pc.DistanceToActive = 999;
+    g_lnav.DistToActive = 999;
     pc.PlanState = 0;
-    g_holds.HoldFlying = 0;
-    g_holds.HoldCount = 0;
-    // 13. Executed.
+    RemoveAllHolds();
+    // 13. Executed as a new plan: LNAV's once-per-plan steps, the predictions
+    // and the distances all follow it as they follow an EXEC.
     if (pc.ModActiveLeg == kNoActiveLeg || pc.ModActiveLeg < 0) pc.ModActiveLeg = has_leg ? 1 : kNoActiveLeg;
-    CopyModPlanToActive();
-    LnavPlanActivated();
-    // 14-15. On the ground: the clock, fuel, autopilot.
+    PlanExecute();
+    // 14-15. On the ground: the clock, a new flight, fuel, autopilot.
     double ground_speed = g_sim.ground_speed;
     if (g_config.SetUTCTimeOnFPLoad == 1 && ground_speed < kGroundSpeedOnGround) {
         std::time_t now = std::time(nullptr);
@@ -335,12 +333,16 @@ void LoadRouteToActive(int mode) {
         TriggerKeyEvent(KeyEvent::SetZuluHours, static_cast<UINT32>(utc.tm_hour));
         TriggerKeyEvent(KeyEvent::SetZuluMinutes, static_cast<UINT32>(utc.tm_min));
     }
-    if (ground_speed < kGroundSpeedOnGround) ApplyGroundLoadOptions(pc.CruiseAltitude);
-    TrimEventList(2);  // the event list starts over with the new plan, but for its first two
+    if (ground_speed < kGroundSpeedOnGround) {
+        StartNewFlight();
+        ApplyGroundLoadOptions(pc.CruiseAltitude);
+        TrimEventList(2);  // the event list starts over with the new flight, but for its first two
+    }
     // 16. A plan with a leg is active.
-    (void)opened;
     if (has_leg) {
         pc.PlanState = 3;
+        if (ground_speed < kSpeedsBackToDefaults) LoadDefaultSpeeds();
+        if (g_config.LnavSetEnRouteFreqs == 1) CheckTuneRoute(2);
         if (g_config.SetWptBaro == 1) TriggerKeyEvent(KeyEvent::SetAltimeter, 0);
     }
 }
@@ -348,6 +350,7 @@ void LoadRouteToActive(int mode) {
 // [SECTION] LoadRouteToMod and LoadRoutePreview
 void LoadRouteToMod(const char* file_name, int keep_header) {
     PlanContext& pc = g_plan.context;
+    PlanSelections& sel = pc.Selections;
     std::string_view given = file_name ? file_name : "";
     // 1. "NEXT FPL": an empty plan ready for entry.
     if (given == "NEXT FPL") {
@@ -375,26 +378,33 @@ void LoadRouteToMod(const char* file_name, int keep_header) {
     int last = pc.ModLastRow;
     // 4. A plan from nothing steps the plan state.
     if (pc.PlanState == 0) {
-        pc.PlanState = 1;
+        PlanStateStep();
         pc.ActiveLeg = 1;
     }
-    // 5. Origin and destination of the new plan.
+    // 5. Origin and destination of the new plan: the names themselves while
+    // no plan is active, else modifications that EXEC commits.
     if (last >= 1 && keep_header == 0) {
+        StartNewFlight();
+        bool active = pc.PlanState >= 3;
         const PlanWaypoint& first = g_plan.ModPlan[0];
         if (TextOf(first.WaypointType) == "APT") {
-            SetText(pc.OriginText, TextOf(first.Ident));
-            SetText(pc.ModOriginText, TextOf(first.Ident));
-            SetText(pc.MapAirportText, TextOf(first.Ident));
             std::array<char, 24> ident = first.Ident;
+            if (!active)
+                SetText(sel.OriginName, TextOf(ident));
+            else if (TextOf(ident) != TextOf(sel.OriginName))
+                SetText(sel.ModifiedOrigin, TextOf(ident));
+            SetText(pc.MapAirportText, TextOf(ident));
             LoadAirportDetail(TextOf(ident), 1);
-            SetText(pc.mod_selection.Sid, kNoSelection);
-            SetText(pc.mod_selection.SidTransition, kNoSelection);
+            SetText(sel.SidName, kNoSelection);
+            SetText(sel.SidTransition, kNoSelection);
         }
         const PlanWaypoint& final_row = g_plan.ModPlan[last];
         if (TextOf(final_row.WaypointType) == "APT") {
-            SetText(pc.ModDestinationText, TextOf(final_row.Ident));
-            if (pc.PlanState <= 1) SetText(pc.DestinationText, TextOf(final_row.Ident));
             std::array<char, 24> ident = final_row.Ident;
+            if (!active)
+                SetText(sel.DestinationName, TextOf(ident));
+            else if (TextOf(ident) != TextOf(sel.DestinationName))
+                SetText(sel.ModifiedDestination, TextOf(ident));
             LoadAirportDetail(TextOf(ident), 2);
         }
     }

@@ -39,8 +39,8 @@ TEST(RtePage, PilotLoadsACompanyRouteActivatesAndExecutes) {
     EXPECT_EQ(pc.PlanState, 1);
     EXPECT_EQ(Idents(g_plan.ModPlan, pc.ModLastRow), kSeattleSpokane);
     EXPECT_EQ(pc.ActiveLastRow, -1) << "nothing active before EXEC";
-    EXPECT_EQ(g_plan_texts.OriginName.data(), std::string("KSEA"));
-    EXPECT_EQ(g_plan_texts.DestinationName.data(), std::string("KGEG"));
+    EXPECT_EQ(g_plan.context.Selections.OriginName.data(), std::string("KSEA"));
+    EXPECT_EQ(g_plan.context.Selections.DestinationName.data(), std::string("KGEG"));
     EXPECT_TRUE(cdu.ScreenHas("ACTIVATE >"));
     EXPECT_TRUE(cdu.ScreenHas(" KSEA"));
     EXPECT_TRUE(cdu.ScreenHas(" KGEG"));
@@ -229,7 +229,7 @@ TEST(RtePage, OriginAndDestinationStartARouteAndANewOriginWipesIt) {
     cdu.Press("SP");
     cdu.Type("16L");
     cdu.PressAndFrame("LSK3L");
-    EXPECT_STREQ(g_plan_texts.DepartureRunway.data(), "16L");
+    EXPECT_STREQ(g_plan.context.Selections.DepartureRunway.data(), "16L");
     EXPECT_EQ(g_smiths.DepartureRunwayChosen, 1);
     EXPECT_TRUE(cdu.ScreenHas("16L"));
 
@@ -240,7 +240,7 @@ TEST(RtePage, OriginAndDestinationStartARouteAndANewOriginWipesIt) {
     EXPECT_EQ(Idents(g_plan.ModPlan, 1), "KSEA KOLM");
     EXPECT_STREQ(g_plan.ModPlan[2].Ident.data(), "******");
     EXPECT_EQ(pc.ActiveLeg, 1);
-    EXPECT_STREQ(g_plan_texts.DestinationName.data(), "KOLM");
+    EXPECT_STREQ(g_plan.context.Selections.DestinationName.data(), "KOLM");
     EXPECT_TRUE(cdu.ScreenHas(" KOLM"));
     // Another destination replaces the first.
     cdu.Type("KGEG");
@@ -260,9 +260,9 @@ TEST(RtePage, OriginAndDestinationStartARouteAndANewOriginWipesIt) {
     EXPECT_EQ(pc.ActiveLeg, 999);
     EXPECT_EQ(Ident(g_plan.ActivePlan, 0), "KPDX");
     EXPECT_EQ(Ident(g_plan.ActivePlan, 1), "") << "the old rows are gone";
-    EXPECT_STREQ(g_plan_texts.OriginName.data(), "KPDX");
-    EXPECT_STREQ(g_plan_texts.DestinationName.data(), "------");
-    EXPECT_STREQ(g_plan_texts.DepartureRunway.data(), "------");
+    EXPECT_STREQ(g_plan.context.Selections.OriginName.data(), "KPDX");
+    EXPECT_STREQ(g_plan.context.Selections.DestinationName.data(), "------");
+    EXPECT_STREQ(g_plan.context.Selections.DepartureRunway.data(), "------");
     EXPECT_EQ(g_route_rows.count, 0);
     EXPECT_FALSE(cdu.ScreenHas("ACT"));
 }
@@ -278,7 +278,7 @@ TEST(RtePage, DestinationOnAnActiveRouteWaitsForExecOrErase) {
     EXPECT_TRUE(cdu.ExecLit());
     EXPECT_EQ(Ident(g_plan.ModPlan, pc.ModLastRow), "KOLM");
     EXPECT_EQ(Ident(g_plan.ActivePlan, pc.ActiveLastRow), "KGEG") << "active until EXEC";
-    EXPECT_STREQ(g_plan_texts.ModifiedDestination.data(), "KOLM");
+    EXPECT_STREQ(g_plan.context.Selections.ModifiedDestination.data(), "KOLM");
     EXPECT_TRUE(cdu.ScreenHas("< ERASE"));
     std::string screen = cdu.Screen();
     EXPECT_NE(screen.find("[MOD]"), std::string::npos) << screen;
@@ -289,7 +289,7 @@ TEST(RtePage, DestinationOnAnActiveRouteWaitsForExecOrErase) {
     EXPECT_EQ(pc.PlanState, 3);
     EXPECT_FALSE(cdu.ExecLit());
     EXPECT_EQ(Idents(g_plan.ModPlan, pc.ModLastRow), kSeattleSpokane);
-    EXPECT_STREQ(g_plan_texts.ModifiedDestination.data(), "");
+    EXPECT_STREQ(g_plan.context.Selections.ModifiedDestination.data(), "");
     EXPECT_FALSE(cdu.ScreenHas("[KOLM]"));
 
     // Again, and EXEC: the new destination is flown.
@@ -298,12 +298,12 @@ TEST(RtePage, DestinationOnAnActiveRouteWaitsForExecOrErase) {
     cdu.Type("KPDX");
     cdu.PressAndFrame("LSK1R");  // in state 4 the modification is replaced
     EXPECT_EQ(pc.PlanState, 4);
-    EXPECT_STREQ(g_plan_texts.ModifiedDestination.data(), "KPDX");
+    EXPECT_STREQ(g_plan.context.Selections.ModifiedDestination.data(), "KPDX");
     cdu.PressAndFrame("EXEC");
     EXPECT_EQ(pc.PlanState, 3);
     EXPECT_EQ(Idents(g_plan.ActivePlan, pc.ActiveLastRow), "KSEA SEA NORMY BLUIT EPH WIPES GEG KPDX");
-    EXPECT_STREQ(g_plan_texts.DestinationName.data(), "KPDX");
-    EXPECT_STREQ(g_plan_texts.ModifiedDestination.data(), "");
+    EXPECT_STREQ(g_plan.context.Selections.DestinationName.data(), "KPDX");
+    EXPECT_STREQ(g_plan.context.Selections.ModifiedDestination.data(), "");
     EXPECT_STREQ(g_airports.DestinationAirport.Ident.data(), "KPDX");
 }
 
@@ -314,25 +314,25 @@ TEST(RtePage, CompanyRouteAndRunwayOnAnActiveRouteAreModifications) {
     cdu.PressAndFrame("RTE");
     cdu.Type("16L");
     cdu.PressAndFrame("LSK3L");
-    EXPECT_STREQ(g_plan_texts.DepartureRunway.data(), "16L") << "the first runway is set at once";
+    EXPECT_STREQ(g_plan.context.Selections.DepartureRunway.data(), "16L") << "the first runway is set at once";
     EXPECT_EQ(pc.PlanState, 3);
     cdu.Type("34R");
     cdu.PressAndFrame("LSK3L");
     EXPECT_EQ(pc.PlanState, 4);
-    EXPECT_STREQ(g_plan_texts.PendingDepartureRunway.data(), "34R");
+    EXPECT_STREQ(g_plan.context.Selections.PendingDepartureRunway.data(), "34R");
     EXPECT_NE(cdu.Screen().find("[34R]"), std::string::npos) << cdu.Screen();
     cdu.PressAndFrame("EXEC");
-    EXPECT_STREQ(g_plan_texts.DepartureRunway.data(), "34R");
-    EXPECT_STREQ(g_plan_texts.SavedDepartureRunway.data(), "34R");
+    EXPECT_STREQ(g_plan.context.Selections.DepartureRunway.data(), "34R");
+    EXPECT_STREQ(g_plan.context.Selections.SavedDepartureRunway.data(), "34R");
 
     cdu.Type("KSEAKOLM");
     cdu.PressAndFrame("LSK2L");
     EXPECT_EQ(pc.PlanState, 4);
-    EXPECT_STREQ(g_plan_texts.ModifiedDestination.data(), "KOLM");
+    EXPECT_STREQ(g_plan.context.Selections.ModifiedDestination.data(), "KOLM");
     EXPECT_EQ(Ident(g_plan.ActivePlan, pc.ActiveLastRow), "KGEG");
     cdu.PressAndFrame("EXEC");
     EXPECT_EQ(Ident(g_plan.ActivePlan, pc.ActiveLastRow), "KOLM");
-    EXPECT_STREQ(g_plan_texts.DestinationName.data(), "KOLM");
+    EXPECT_STREQ(g_plan.context.Selections.DestinationName.data(), "KOLM");
 }
 
 TEST(RtePage, FunctionKeysLeadToTheirPages) {

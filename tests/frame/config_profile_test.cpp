@@ -3,6 +3,7 @@
 #include "config_fixture.h"
 
 #include "frame/gauge_callback.h"
+#include "plan/route_files.h"
 
 using Profile = ConfigFolderTest;
 
@@ -22,6 +23,28 @@ TEST_F(Profile, OverridesOrbCfgAndTakesChangeDistancesAsTheyStand) {
     EXPECT_EQ(Text(g_profile.FlightPlansFolder), "D:\\jet plans");
     EXPECT_EQ(Text(g_config.WeightUnit), "KGS");
     EXPECT_EQ(g_config.synchfplanwithfsgps, 1);
+}
+
+TEST_F(Profile, ThePlanListAndSavedRoutesUseTheProfilesPlanFolder) {
+    std::filesystem::create_directories(folder_ + "/global plans");
+    std::filesystem::create_directories(folder_ + "/jet plans");
+    const char* route = "[FlightPlan]\nKSEA 47.45 -122.31 APT ---\nKPDX 45.59 -122.60 APT ---\n";
+    Write("global plans/GLOBAL.RTE", route);
+    Write("jet plans/JET.RTE", route);
+    LoadBoth("FlightPlansFolder=" + folder_ + "/global plans\n", "FlightPlansFolder=" + folder_ + "/jet plans\n");
+    BuildStoredPlanTable();
+    ASSERT_EQ(g_stored_plans.count, 2);  // the profile's one plan, and "NEW FPL"
+    EXPECT_STREQ(g_stored_plans.entries[1].FileName.data(), "JET.RTE");
+    EXPECT_STREQ(g_stored_plans.entries[1].Destination.data(), "KPDX");
+    ASSERT_EQ(SaveRouteFile("SAVED.RTE"), 1);
+    EXPECT_TRUE(std::filesystem::exists(folder_ + "/jet plans/SAVED.RTE"));
+    EXPECT_FALSE(std::filesystem::exists(folder_ + "/global plans/SAVED.RTE"));
+    // A profile without one: orb.cfg's folder.
+    g_profile = {};
+    LoadBoth("FlightPlansFolder=" + folder_ + "/global plans\n", "TransAlt=6000\n");
+    BuildStoredPlanTable();
+    ASSERT_EQ(g_stored_plans.count, 2);
+    EXPECT_STREQ(g_stored_plans.entries[1].FileName.data(), "GLOBAL.RTE");
 }
 
 TEST_F(Profile, FlyoverAndTrafficRangeKeepTheirTestsInTheProfile) {

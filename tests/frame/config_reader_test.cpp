@@ -152,9 +152,6 @@ TEST_F(ConfigFile, AMissingFileLeavesDefaultsAndStillFinishesStartUp) {
     EXPECT_EQ(g_module.SimGeneration, 10);
     EXPECT_TRUE(g_module.initial_load_done);
     EXPECT_EQ(g_tick.slow_refresh, 999);
-    EXPECT_EQ(std::string(g_plan_texts.OriginName.data()), "------");
-    EXPECT_EQ(std::string(g_plan_texts.SavedArrivalRunway.data()), "------");
     EXPECT_EQ(std::string(g_plan_texts.GnsApproach.transition.data()), "------");
-    EXPECT_EQ(std::string(g_plan_texts.ModifiedOrigin.data()), "");
     EXPECT_EQ(std::string(g_plan_texts.DirectToTurnOption.data()), "DEFAULT");
 }

@@ -293,19 +293,26 @@ TEST(Geodesy, CrossTrackHeadingSideAndVariation) {
     EXPECT_EQ(out.heading_side, 1);
     EXPECT_NEAR(out.heading_diff, 345.0, 1e-9);
 
-    // The same leg with 5 west: magnetic 365 folds to 5, as the heading does.
+    // The same leg with 5 west: the course is only lifted below 0.5, so it
+    // reads 365 here, and a heading of 5 is 360 from it, on the far side.
     north.magnetic_variation = -5.0;
     north.leg_course_magnetic = 5.0;
     north.heading_magnetic = 5.0;
     CrossTrackSolve(north, out);
     EXPECT_NEAR(out.xtk_distance, 3.0 * std::cos(Radians(1.0)), 1e-6);
-    EXPECT_EQ(out.heading_side, 2);
-    EXPECT_NEAR(out.heading_diff, 0.0, 1e-9);
-    // Heading 10 left of the course, across north: the far-side flip gives 2.
+    EXPECT_EQ(out.heading_side, 1);
+    EXPECT_NEAR(out.heading_diff, 360.0, 1e-9);
+    // Heading 355 against 365: 10 short of it, no flip.
     north.heading_magnetic = 355.0;
     CrossTrackSolve(north, out);
     EXPECT_EQ(out.heading_side, 2);
-    EXPECT_NEAR(out.heading_diff, 350.0, 1e-9);
+    EXPECT_NEAR(out.heading_diff, 10.0, 1e-9);
+    // A course just below 0.5 is lifted: true 360 with 359.7 east reads 360.3.
+    north.magnetic_variation = 359.7;
+    north.heading_magnetic = 0.3;
+    CrossTrackSolve(north, out);
+    EXPECT_EQ(out.heading_side, 1);
+    EXPECT_NEAR(out.heading_diff, 360.0, 1e-9);
 }
 
 TEST(Geodesy, CrossTrackSentinelAndLimit) {

@@ -7,6 +7,7 @@
 #include "guidance/geodesy.h"
 #include "guidance/lnav.h"
 #include "plan/plan_tables.h"
+#include "guidance/heading_hold_aircraft.h"
 #include "support/fake_panels.h"
 #include "support/module_reset.h"
 
@@ -17,6 +18,8 @@
 #include <cstring>
 #include <string>
 #include <vector>
+
+using namespace guidance_test;
 
 namespace {
 struct Fix {
@@ -47,69 +50,20 @@ void PlaceActivePlan(const std::vector<Fix>& fixes) {
     LnavPlanActivated();
 }
 
-// A point-mass aircraft on the sphere: the autopilot turns toward the heading
-// bug at 3 degrees a second, the wind drifts it; speeds in knots.
+// LNAV flying the heading-hold aircraft.
 class LnavFlight : public ::testing::Test {
 protected:
     void SetUp() override {
         ResetModuleState();
         g_module.SimGeneration = 10;
-        sim.tokens[Token::AP_HEADING_HOLD] = 1;
-        sim.tokens[Token::MAGNETIC_VARIATION] = variation;
     }
-    void Place(double lat, double lon, double heading_true) {
-        this->lat = lat;
-        this->lon = lon;
-        this->heading = heading_true;
-        bug_magnetic = NormaliseMagnetic(heading_true - variation);
-        Publish();
-        // A second of ticks, so that every sample group has run.
-        for (int i = 0; i < 18; ++i) {
-            sim.tokens[Token::TICK18] += 1;
-            EngineTick();
-        }
-    }
-    void Publish() {
-        sim.tokens[Token::LATITUDE] = lat * 111130.555557;
-        sim.tokens[Token::LONGITUDE] = (lon < 0 ? lon + 360.0 : lon) * 781874935307.4;
-        sim.tokens[Token::HEADING_TRUE] = heading;
-        sim.tokens[Token::HEADING_MAGNETIC] = NormaliseMagnetic(heading - variation);
-        sim.tokens[Token::AP_HEADING_BUG] = bug_magnetic;
-        sim.tokens[Token::GROUND_VELOCITY] = ground_speed * 1.68781;
-        sim.tokens[Token::WIND_SPEED] = wind_speed;
-        sim.tokens[Token::WIND_DIRECTION] = wind_from;
-    }
-    // One tick of 1/18 s: the module's tick, then the aircraft moves.
-    void Step() {
-        sim.tokens[Token::TICK18] += 1;
-        EngineTick();
-        for (size_t i = events_seen; i < sim.key_events.size(); ++i)
-            if (sim.key_events[i].first == 0x101FA) bug_magnetic = sim.key_events[i].second;
-        events_seen = sim.key_events.size();
-        const double dt = 1.0 / 18.0;
-        double target = bug_magnetic + variation;
-        double diff = std::remainder(target - heading, 360.0);
-        heading += std::clamp(diff, -3.0 * dt, 3.0 * dt);
-        heading = ModuloPositive(heading, 360.0);
-        // Air vector plus wind (blowing from wind_from).
-        double tas = true_airspeed;
-        double north = tas * std::cos(heading * kDegToRad) - wind_speed * std::cos(wind_from * kDegToRad);
-        double east = tas * std::sin(heading * kDegToRad) - wind_speed * std::sin(wind_from * kDegToRad);
-        ground_speed = std::hypot(north, east);
-        double track = ModuloPositive(std::atan2(east, north) * kRadToDeg, 360.0);
-        ProjectPoint(lat, lon, track, ground_speed * dt / 3600.0, lat, lon);
-        Publish();
-    }
+    void Place(double lat, double lon, double heading_true) { ac.Place(lat, lon, heading_true); }
+    void Step() { ac.Tick(); }
     FakeSimulatorScope scope;
     FakeSimulator& sim = scope.sim;
-    double lat = 0, lon = 0, heading = 0, bug_magnetic = 0;
-    double variation = 16;                  // east, as around Seattle
-    double true_airspeed = 300, ground_speed = 300;
-    double wind_speed = 0, wind_from = 0;
-    size_t events_seen = 0;
+    HeadingHoldAircraft ac{sim};
+    const double variation = ac.variation;
 };
-
-int HeadingEvents(const FakeSimulator& sim) { return sim.CountEvents(0x101FA); }
 }  // namespace
 
 TEST(LnavThreshold, DistanceByTimeProcedureFlyoverAndTurnAnticipation) {
@@ -250,8 +204,8 @@ TEST_F(LnavFlight, FliesARouteSequencingEveryWaypointInOrder) {
 TEST_F(LnavFlight, CrosswindDoesNotBreakTracking) {
     PlaceActivePlan({{"ORIG", 47.00, -122.00, "APT"}, {"B", 47.30, -122.00}, {"C", 48.00, -122.00},
                      {"DEST", 48.30, -122.00, "APT"}});
-    wind_from = 270;
-    wind_speed = 60;
+    ac.wind_from = 270;
+    ac.wind_speed = 60;
     Place(47.01, -122.0, 0);
     LnavToggle();
     double worst = 0;
@@ -266,7 +220,7 @@ TEST_F(LnavFlight, CrosswindDoesNotBreakTracking) {
     EXPECT_LT(worst, 0.75);
     EXPECT_GT(worst, 0.45);
     // The drift shows: heading held into the wind, west of the track.
-    EXPECT_LT(std::remainder(heading - 0.0, 360.0), -3.0);
+    EXPECT_LT(std::remainder(ac.heading - 0.0, 360.0), -3.0);
 }
 
 TEST_F(LnavFlight, LnavOffAtLastWaypointDropsOneLegEarly) {
@@ -297,15 +251,37 @@ TEST_F(LnavFlight, NoHeadingWithoutHeadingHoldAndTheAbeamRule) {
     Place(47.49, -122.3, 90);
     for (int tick = 0; tick < 18 * 60 * 4 && g_plan.context.ActiveLeg == 1; ++tick) {
         Step();
-        bug_magnetic = NormaliseMagnetic(90 - variation);
+        ac.bug_magnetic = NormaliseMagnetic(90 - variation);
     }
     EXPECT_EQ(g_plan.context.ActiveLeg, 2);
 }
 
-TEST(LnavHeading, MagneticBearingsGoOutAsWholeDegrees) {
-    EXPECT_EQ(static_cast<int>(NormaliseMagnetic(0.4)), 360);
-    EXPECT_EQ(static_cast<int>(NormaliseMagnetic(0.6)), 0);
-    EXPECT_EQ(static_cast<int>(NormaliseMagnetic(359.7)), 359);
+TEST_F(LnavFlight, MagneticBearingsGoOutAsWholeDegrees) {
+    // Engaged straight at a waypoint, with the variation chosen so that the
+    // magnetic bearing to it is 0.4, 0.6 and 359.7: the bug goes to 360, 0, 359.
+    const struct {
+        double magnetic;
+        int sent;
+    } cases[] = {{0.4, 360}, {0.6, 0}, {359.7, 359}};
+    for (const auto& c : cases) {
+        ResetModuleState();
+        g_module.SimGeneration = 10;
+        PlaceActivePlan({{"A", 46.0, -122.3}, {"B", 47.0, -121.5}, {"C", 47.5, -121.0}});
+        double distance = 0, bearing = 0;
+        GreatCircle(46.5, -122.0, 47.0, -121.5, distance, bearing);
+        ac.variation = bearing - c.magnetic;
+        Place(46.5, -122.0, bearing);
+        int before = HeadingEvents(sim);
+        LnavToggle();
+        Step();
+        ASSERT_EQ(HeadingEvents(sim), before + 1) << c.magnetic;
+        EXPECT_EQ(LastHeadingSent(sim), c.sent) << c.magnetic;
+        // Steered on at the waypoint itself, the same whole degree: nothing more goes out.
+        ac.follow_bug = false;
+        Step();
+        EXPECT_EQ(HeadingEvents(sim), before + 1) << c.magnetic;
+        ac.follow_bug = true;
+    }
 }
 
 TEST_F(LnavFlight, RabbitLiesOnTheLegAheadOfTheAbeamPoint) {
@@ -324,7 +300,7 @@ TEST_F(LnavFlight, RabbitLiesOnTheLegAheadOfTheAbeamPoint) {
     EXPECT_NEAR(g_lnav.RabbitPoint.lat, 47.0 + along / 60.0, 0.01);
     // The command points at it: west of north, toward the leg.
     double to_rabbit = 0, bearing = 0;
-    GreatCircle(lat, lon, g_lnav.RabbitPoint.lat, g_lnav.RabbitPoint.lon, to_rabbit, bearing);
+    GreatCircle(ac.lat, ac.lon, g_lnav.RabbitPoint.lat, g_lnav.RabbitPoint.lon, to_rabbit, bearing);
     EXPECT_NEAR(g_lnav.HeadingCommand, NormaliseMagnetic(bearing - variation), 0.05);
     EXPECT_GT(std::remainder(bearing - 360.0, 360.0), -40.0);
     EXPECT_LT(std::remainder(bearing - 360.0, 360.0), -30.0);  // atan(2/3) = 33.7 degrees

@@ -4,6 +4,7 @@
 #include "frame/diagnostic_log.h"
 
 #include "guidance/geodesy.h"
+#include "guidance/vnav.h"
 #include "navdata/nav_text.h"
 
 #include <string>
@@ -554,7 +555,7 @@ TEST(AirportDetail, SetAirportModes) {
     // Mode 2: no runways are read, the descent target takes the elevation.
     SetAirport("KSEA", 2);
     EXPECT_STREQ(info.Ident.data(), "KPDX");
-    EXPECT_DOUBLE_EQ(pc.TargetAltitude, 433);
+    EXPECT_DOUBLE_EQ(g_vnav.TargetAltitude, 433);
     EXPECT_STREQ(pc.DestinationIdent.data(), "KSEA");
 
     // Mode 3 and 5: row 0 of the active or modified plan.
@@ -571,8 +572,8 @@ TEST(AirportDetail, SetAirportModes) {
     EXPECT_STREQ(g_plan.ActivePlan[3].Ident.data(), "KPDX");
     EXPECT_DOUBLE_EQ(g_plan.ActivePlan[3].Altitude, 30);
     EXPECT_DOUBLE_EQ(g_plan.ActivePlan[3].InboundCourse, -1);
-    EXPECT_EQ(pc.NextTargetRow, 3);
-    EXPECT_DOUBLE_EQ(pc.TargetLatitude, 45.588839);
+    EXPECT_EQ(pc.NextRestrictionRow, 3);
+    EXPECT_DOUBLE_EQ(g_vnav.TargetLatitude, 45.588839);
     pc.ModLastRow = 0;
     SetAirport("KSEA", 6);
     ASSERT_EQ(pc.ModLastRow, 1);

@@ -3,11 +3,15 @@
 // the state of the database and the plans reset.
 #pragma once
 
+#include "cdu/keypad.h"
+#include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/engine_tick.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "guidance/holds.h"
+#include "guidance/lnav.h"
+#include "guidance/vnav.h"
 #include "navdata/airways.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"
@@ -46,6 +50,11 @@ public:
         g_sim = SimState{};
         g_tick = TickState{};
         g_holds = HoldState{};
+        // Loading a route executes it: guidance, the CDU's modes and the flight log take part.
+        g_lnav = LnavState{};
+        g_vnav = VnavState{};
+        g_smiths = SmithsCduState{};
+        g_flight_log = FlightLogState{};
     }
     // Writes `content` to the relative path (forward slashes).
     void Write(const std::string& relative, const std::string& content) const {

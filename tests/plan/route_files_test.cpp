@@ -2,7 +2,11 @@
 // into the active, modified and preview plans with their header and row rules.
 #include "navdata/sim_folder.h"
 
+#include "cdu/keypad.h"
+#include "guidance/lnav.h"
 #include "navdata/nav_text.h"
+#include "plan/plan_execute.h"
+#include "support/fake_panels.h"
 
 #include <string>
 
@@ -50,11 +54,9 @@ TEST(RouteFiles, SaveListAndLoadRoundTrip) {
     pc.ActiveLastRow = 5;
     pc.CruiseAltitude = 33000;
     g_config.SaveFPLCruiseAlt = 1;
-    SetText(pc.active_selection.Approach, "ILS16R");
-    SetText(pc.active_selection.Runway, "16R");
     ASSERT_EQ(SaveRouteFile("TEST.RTE"), 1);
     std::string text = sim.Read("orb/flightplans/TEST.RTE");
-    EXPECT_EQ(text.substr(0, text.find("KSEA")), "CruiseAlt=33000\nApproachInfo=ILS16R_16R\n[FlightPlan]\n");
+    EXPECT_EQ(text.substr(0, text.find("KSEA")), "CruiseAlt=33000\n[FlightPlan]\n");
     EXPECT_NE(text.find("KSEA             47.45019  -122.31232  APT ---            \n"), std::string::npos) << text;
     EXPECT_NE(text.find("ALDER            46.82156  -122.41422  INT ---    J1      STAR\n"), std::string::npos) << text;
     EXPECT_NE(text.find("DISCO            0.00000  0.00000  WPT ---            \n"), std::string::npos) << text;
@@ -90,7 +92,6 @@ TEST(RouteFiles, SaveListAndLoadRoundTrip) {
     ASSERT_EQ(pc.ModLastRow, 5);
     EXPECT_EQ(pc.ModCruiseAltitude, 33000);
     EXPECT_EQ(pc.CruiseAltitude, 0);
-    EXPECT_STREQ(pc.PendingApproachInfo.data(), "ILS16R_16R");
     EXPECT_EQ(Ident(g_plan.ModPlan, 3), "DISCO");
     EXPECT_EQ(Type(g_plan.ModPlan, 3), "WPT");
     EXPECT_STREQ(g_plan.ModPlan[2].SegmentKind.data(), "STAR");
@@ -118,12 +119,12 @@ TEST(RouteFiles, SaveListAndLoadRoundTrip) {
     EXPECT_EQ(pc.PlanState, 3);
     EXPECT_EQ(pc.AirportSide, 1);
     EXPECT_STREQ(pc.MapAirportText.data(), "KSEA");
-    EXPECT_STREQ(pc.DestinationText.data(), "KPDX");
+    EXPECT_STREQ(pc.Selections.DestinationName.data(), "KPDX");
     EXPECT_STREQ(pc.DestinationIdent.data(), "KPDX");
     EXPECT_EQ(pc.NextRestrictionRow, 5);
     EXPECT_DOUBLE_EQ(g_plan.ActivePlan[0].Altitude, 433);  // origin elevation
     EXPECT_DOUBLE_EQ(g_plan.ActivePlan[5].Altitude, 30);   // destination elevation
-    EXPECT_STREQ(pc.active_selection.Star.data(), "------");
+    EXPECT_STREQ(pc.Selections.StarName.data(), "------");
     EXPECT_EQ(Type(g_plan.ActivePlan, 4), "WPT");
 
     // Preview: its own table, the others untouched.
@@ -132,6 +133,67 @@ TEST(RouteFiles, SaveListAndLoadRoundTrip) {
     EXPECT_EQ(Ident(g_plan.PreviewPlan, 1), "KSEA");
     EXPECT_EQ(pc.ActiveLastRow, 5);
     EXPECT_EQ(pc.ModLastRow, 5);
+}
+
+TEST(RouteFiles, AnApproachLoadedWithARouteIsSavedWithItOnceExecuted) {
+    SimFolder sim;
+    WriteDatabase(sim);
+    sim.Write("orb/flightplans/APP.RTE",
+              "ApproachInfo=ILS16R_16R\n[FlightPlan]\n"
+              "KPDX 45.58884 -122.59726 APT ---\nBTG 45.747806 -122.591528 VOR ---\nKSEA 47.45019 -122.31232 APT ---\n");
+    PlanContext& pc = g_plan.context;
+    // Loaded as a route page loads it, activated and executed.
+    LoadRouteToMod("APP.RTE", 0);
+    ASSERT_EQ(pc.ModLastRow, 2);
+    pc.PlanState = 2;
+    PlanExecute();
+    ASSERT_EQ(SaveRouteFile("OUT.RTE"), 1);
+    std::string text = sim.Read("orb/flightplans/OUT.RTE");
+    EXPECT_EQ(text.substr(0, text.find("KPDX")), "ApproachInfo=ILS16R_16R\n[FlightPlan]\n") << text;
+    // A new destination drops the approach: the file has none.
+    BeginModification();
+    SetRow(g_plan.ModPlan, 2, "KPDX", 45.58884, -122.59726, "APT");
+    SetText(pc.Selections.ModifiedDestination, "KPDX");
+    pc.PlanState = 4;
+    PlanExecute();
+    ASSERT_EQ(SaveRouteFile("OUT.RTE"), 1);
+    EXPECT_EQ(sim.Read("orb/flightplans/OUT.RTE").rfind("[FlightPlan]\n", 0), 0u);
+}
+
+TEST(RouteFiles, LoadingTheActivePlanExecutesIt) {
+    SimFolder sim;
+    WriteDatabase(sim);
+    sim.Write("orb/flightplans/R.RTE", "CruiseAlt=33000\n[FlightPlan]\n"
+                                       "KSEA 47.45019 -122.31232 APT ---\nKPDX 45.58884 -122.59726 APT ---\n");
+    PlanContext& pc = g_plan.context;
+    // A modification waits: a cruise altitude with its undo slot, a runway,
+    // a direct under way.
+    pc.PlanState = 4;
+    pc.Undo.CruiseAltitude = 25000;
+    SetText(pc.Selections.PendingDepartureRunway, "16L");
+    g_smiths.LegsMode = 1;
+    g_profile.ClimbIas = 300;  // a target speed of the last flight
+    g_profile.SetMCPCrzAltOnFlightPlanLoad = 1;
+    g_sim.latitude = 47.0;
+    g_sim.longitude = -122.0;
+    SetText(pc.PlanLoadFile, "R.RTE");
+    FakeSimulatorScope simulator;
+    LoadRouteToActive(3);
+    // On the ground: the aircraft's own speeds, the altitude bug at the cruise altitude.
+    EXPECT_EQ(g_profile.ClimbIas, g_profile.ClimbIasBase);
+    ASSERT_EQ(simulator.sim.CountEvents(0x1024C), 1);
+    EXPECT_EQ(simulator.sim.key_events.back(), std::make_pair(0x1024Cu, 33000u));
+    // EXEC's path committed it all: the runway, the direct's leg, no undo left.
+    EXPECT_EQ(pc.PlanState, 3);
+    EXPECT_EQ(pc.ActiveLeg, 1);
+    EXPECT_STREQ(pc.Selections.DepartureRunway.data(), "16L");
+    EXPECT_STREQ(pc.Selections.SavedDepartureRunway.data(), "16L");
+    EXPECT_EQ(g_smiths.LegsMode, 0);
+    EXPECT_EQ(g_lnav.InterceptActive, 1);
+    EXPECT_DOUBLE_EQ(g_lnav.InterceptStart.lat, 47.0);
+    pc.PlanState = 4;
+    PlanErase();
+    EXPECT_EQ(pc.CruiseAltitude, 33000);
 }
 
 TEST(RouteFiles, SaveWithoutOptionsAndFolders) {

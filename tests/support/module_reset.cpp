@@ -13,6 +13,7 @@
 #include "frame/module_state.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"
@@ -47,6 +48,7 @@ std::string ResetModuleState() {
     g_route_rows = {};
     g_plan_texts = {};
     g_flight_log = {};
+    g_performance = {};
     static const PlanTables kNoPlans{};
     g_plan = kNoPlans;
     ClearPlans();
