@@ -285,6 +285,12 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
 }
 }  // namespace
 
+std::vector<std::string> ScriptCommandNames() {
+    std::vector<std::string> names;
+    for (const CommandSpec& c : kCommands) names.emplace_back(c.name);
+    return names;
+}
+
 bool ParseScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& lines, std::string& error) {
     lines.clear();
     int number = 0;

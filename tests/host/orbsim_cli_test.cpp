@@ -2,6 +2,8 @@
 // one-line errors with file and line, exit codes, and the files it writes.
 // Each test runs on its own scratch copy of data/sim under the build tree,
 // with this build's module in it (the sanitized one in a sanitizer build).
+#include "orbsim/script.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
@@ -13,6 +15,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 namespace {
 struct Outcome {
@@ -81,6 +84,19 @@ TEST_F(OrbsimCli, HelpAndBadOptions) {
     o = Run(dir_ + "/missing.orbsim");
     EXPECT_EQ(o.code, 2);
     EXPECT_EQ(o.output, dir_ + "/missing.orbsim: cannot read the script\n");
+}
+
+// Every command a script may use is told by --help and in docs/orbsim.md.
+TEST_F(OrbsimCli, HelpAndDocumentationListEveryCommand) {
+    Outcome help = Run("--help");
+    std::string docs = ReadFile(std::string(ORB_SOURCE_DIR) + "/docs/orbsim.md");
+    ASSERT_FALSE(docs.empty());
+    std::vector<std::string> names = orbsim::ScriptCommandNames();
+    ASSERT_GT(names.size(), 10u);
+    for (const std::string& name : names) {
+        EXPECT_NE(help.output.find("\n  " + name + " "), std::string::npos) << name << " is missing from --help";
+        EXPECT_NE(docs.find("\n| `" + name), std::string::npos) << name << " is missing from docs/orbsim.md";
+    }
 }
 
 TEST_F(OrbsimCli, BadLinesAndFailedExpectationsNameFileAndLine) {
