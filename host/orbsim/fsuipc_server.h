@@ -31,6 +31,7 @@ struct RunwayAnswer {
 
 struct FsuipcServer {
     bool enabled = true;                             // false: no "UIPCMAIN" window
+    uint64_t lookups = 0;                            // searches for the "UIPCMAIN" window, found or not
     uint32_t version = 0x35000000;                   // reported at 0x3304; 0x19980005 or later passes
     uint32_t simulator = 8;                          // reported with the signature: 7 FS2004, 8 FSX
     std::vector<uint8_t> memory = std::vector<uint8_t>(kFsuipcOffsetSpace, 0);

@@ -216,10 +216,22 @@ void DrawFrame(GaugeStore& store) {
             SetFlags(layer.element, FlagsOf(layer.element) | IMAGE_ON_SCREEN);
         }
         if (taken) ++inst.redraws;
-        if (taken || !inst.text_now.empty()) inst.text_last = std::move(inst.text_now);
+        uint64_t digest = DrawingDigest(inst);
+        if (!inst.text_now.empty() || digest != inst.pixels_digest) inst.text_last = std::move(inst.text_now);
+        inst.pixels_digest = digest;
         inst.text_now.clear();
     }
     ++store.frames;
+}
+
+uint64_t DrawingDigest(const GaugeInstance& inst) {
+    // FNV-1a over whole pixels: a changed pixel anywhere changes it.
+    uint64_t digest = 0xCBF29CE484222325ull;
+    for (const Layer& layer : inst.layers) {
+        if (!layer.dc) continue;
+        for (uint32_t pixel : layer.dc_pixels) digest = (digest ^ pixel) * 0x100000001B3ull;
+    }
+    return digest;
 }
 
 // [SECTION] Windows

@@ -54,7 +54,8 @@ struct GaugeInstance {
     std::vector<std::unique_ptr<ELEMENT_HEADER*[]>> next_arrays;
     std::vector<Layer> layers;
     std::vector<DrawnText> text_now;             // arriving during the present draw
-    std::vector<DrawnText> text_last;            // of the last frame that drew text
+    std::vector<DrawnText> text_last;            // what the screen shows: of the last frame that drew
+    uint64_t pixels_digest = 0;                  // of the drawing contexts' pixels after the last draw
     uint64_t draws = 0;                          // draw services delivered
     uint64_t redraws = 0;                        // draws after which a layer asked to be taken anew
     std::array<uint64_t, kServiceCount> services{};  // calls per service id
@@ -92,8 +93,15 @@ void RunLoadServices(GaugeStore& store);    // 2, install, 3, 4, initialize, 5, 
 void RunKillServices(GaugeStore& store);    // 12, kill, 13, 15
 void ClearInstances(GaugeStore& store);
 
-// One frame: 6 and 10 for each gauge of each visible window.
+// One frame: 6 and 10 for each gauge of each visible window. A gauge's
+// strings are those of the last frame in which it drew: a frame in which it
+// drew no string and left its pixels as they were (a gauge that repaints only
+// on request) keeps the strings the pilot still sees; a frame that changed the
+// pixels without a string (a dark screen) leaves none.
 void DrawFrame(GaugeStore& store);
+
+// A digest of the pixels of an instance's drawing contexts.
+uint64_t DrawingDigest(const GaugeInstance& inst);
 
 // Windows.
 bool WindowVisible(const GaugeStore& store, int ident);

@@ -21,8 +21,11 @@ char g_fsuipc_window;
 char g_simconnect_handle;
 
 void* FindWindow(const char* class_name, const char*) {
-    if (class_name == nullptr || !g_host.fsuipc.enabled) return nullptr;
-    return std::strcmp(class_name, "UIPCMAIN") == 0 ? &g_fsuipc_window : nullptr;
+    if (class_name == nullptr || std::strcmp(class_name, "UIPCMAIN") != 0) return nullptr;
+    // Counted with the server off too: a job that looked and found nobody
+    // is told apart from no job at all.
+    ++g_host.fsuipc.lookups;
+    return g_host.fsuipc.enabled ? &g_fsuipc_window : nullptr;
 }
 
 intptr_t SendMessage(void* window, unsigned message, uintptr_t wparam, intptr_t lparam) {

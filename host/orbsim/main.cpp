@@ -6,6 +6,7 @@
 #include "simulator.h"
 #include "text_util.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <climits>
@@ -42,6 +43,8 @@ const char kHelp[] =
     "                              and TICK18 (18 Hz) at the simulation rate\n"
     "  frames N                    draw N frames without moving time\n"
     "  click GAUGE X Y [BUTTON]    a click at bezel pixel X,Y of GAUGE or GAUGE#N\n"
+    "  key GAUGE NAME              press a CDU key by its name (EXEC, LSK2L, RTE, ...)\n"
+    "  type GAUGE TEXT             press the CDU keys that type TEXT, a frame after each\n"
     "  set NAME VALUE              a token (number or name, raw units), A:NAME[, UNIT] or L:NAME\n"
     "  aircraft KEY=VALUE ...      place and configure the aircraft (lat lon alt hdg ias gs vs\n"
     "                              wind=DIR/SPEED var fuel rate ap_hdg_hold hdg_bug ...)\n"
@@ -52,8 +55,11 @@ const char kHelp[] =
     "  shot GAUGE FILE             the gauge's last frame with its layers, as PNG under --out\n"
     "  reload                      kill services, then the load services again\n"
     "  track [FILE]                the flown path as CSV under --out, a row a second; no FILE stops\n"
-    "  expect WHAT OP VALUE        OP: == != < <= > >= contains; exit 1 when it fails\n"
+    "  plot FILE ROUTE             the route file's legs and the flown path as PNG under --out\n"
+    "  expect WHAT OP VALUE        OP: == != < <= > >= contains !contains; exit 1 when it fails\n"
     "  expect file PATH exists|missing\n"
+    "  expect file PATH contains|!contains TEXT\n"
+    "                              PATH below the simulator folder, or out:PATH below --out\n"
     "  fsuipc on|off | runways ICAO RWY... | answer_after N | version NUMBER\n"
     "  simconnect on|off           before the first panel\n"
     "  clear tokenreads|keyevents|all\n"
@@ -125,6 +131,11 @@ int main(int argc, char** argv) {
     if (script_path.empty()) return Usage("no script given");
 
     // 2. The script, read whole and checked before anything runs.
+    struct stat script_stat{};
+    if (stat(script_path.c_str(), &script_stat) == 0 && S_ISDIR(script_stat.st_mode)) {
+        std::fprintf(stderr, "orbsim: %s: is a directory\n", script_path.c_str());
+        return 2;
+    }
     std::ifstream in(script_path, std::ios::binary);
     if (!in) {
         std::fprintf(stderr, "%s: cannot read the script\n", script_path.c_str());

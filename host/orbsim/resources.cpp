@@ -5,6 +5,7 @@
 //   [SECTION] Little-endian reads
 //   [SECTION] BMP
 //   [SECTION] ELF64 sections
+//   [SECTION] The module file
 //   [SECTION] The resource table
 //   [SECTION] Layer bitmaps
 #include "resources.h"
@@ -141,6 +142,57 @@ bool FindElfSection(const uint8_t* file, size_t file_size, const char* name, siz
     return Fail(error, "no such section");
 }
 
+// [SECTION] The module file
+bool CheckModuleImage(const uint8_t* file, size_t file_size, uint16_t machine, std::string& error) {
+    constexpr size_t kElfHeader = 64;
+    constexpr size_t kProgramHeader = 56;
+    constexpr uint16_t kEtDyn = 3;
+    constexpr uint32_t kPtLoad = 1;
+    auto fail = [&](const std::string& why) {
+        error = why;
+        return false;
+    };
+    if (file == nullptr || file_size == 0) return fail("empty file; not a module");
+    if (file_size >= 2 && file[0] == 'M' && file[1] == 'Z')
+        return fail("a Windows DLL; orbsim loads the Linux build of the module (build/linux/orb1.gau)");
+    if (file_size < 4 || std::memcmp(file, "\x7F" "ELF", 4) != 0) return fail("not an ELF shared object; not a module");
+    if (file_size < kElfHeader) return fail("truncated: " + std::to_string(file_size) + " bytes, not even an ELF header");
+    if (file[4] != 2 || file[5] != 1) return fail("not a little-endian 64-bit ELF file");
+    if (U16(file + 0x10) != kEtDyn) return fail("an ELF file but no shared object");
+    uint16_t file_machine = U16(file + 0x12);
+    if (machine != 0 && file_machine != machine)
+        return fail("built for ELF machine " + std::to_string(file_machine) + ", this machine is " + std::to_string(machine));
+    auto beyond = [&](uint64_t at, uint64_t bytes) { return at > file_size || bytes > file_size - at; };
+    auto truncated = [&](const char* what, uint64_t end) {
+        return fail(std::string("truncated: ") + what + " ends at byte " + std::to_string(end) + ", the file has " +
+                    std::to_string(file_size));
+    };
+    uint64_t table = U64(file + 0x20);
+    uint16_t entry_size = U16(file + 0x36);
+    uint16_t count = U16(file + 0x38);
+    if (count == 0 || entry_size < kProgramHeader) return fail("ELF file without program headers; not a module");
+    uint64_t table_bytes = static_cast<uint64_t>(entry_size) * count;
+    if (beyond(table, table_bytes)) return truncated("the program header table", table + table_bytes);
+    for (uint16_t i = 0; i < count; ++i) {
+        const uint8_t* h = file + table + static_cast<uint64_t>(entry_size) * i;
+        if (U32(h) != kPtLoad) continue;
+        uint64_t at = U64(h + 8), bytes = U64(h + 32);
+        if (beyond(at, bytes)) return truncated("a loaded segment", at + bytes);
+    }
+    uint64_t sections = U64(file + 0x28);
+    uint64_t section_bytes = static_cast<uint64_t>(U16(file + 0x3A)) * U16(file + 0x3C);
+    if (sections != 0 && beyond(sections, section_bytes)) return truncated("the section table", sections + section_bytes);
+    return true;
+}
+
+uint16_t OwnElfMachine() {
+    uint8_t header[20] = {};
+    std::ifstream self("/proc/self/exe", std::ios::binary);
+    if (!self.read(reinterpret_cast<char*>(header), sizeof header)) return 0;
+    if (std::memcmp(header, "\x7F" "ELF", 4) != 0) return 0;
+    return U16(header + 0x12);
+}
+
 // [SECTION] The resource table
 bool ParseResourceBlob(const uint8_t* data, size_t size, std::vector<ResourceEntry>& entries, std::string& error) {
     constexpr size_t kHead = sizeof kResourceMagic + 4, kEntry = sizeof(ResourceBlobEntry);
@@ -171,6 +223,11 @@ void LoadResources(const std::string& module_path, ResourceSet& set) {
         return;
     }
     std::vector<uint8_t> file((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    LoadResourcesFromImage(file, set);
+}
+
+void LoadResourcesFromImage(const std::vector<uint8_t>& file, ResourceSet& set) {
+    set = {};
     size_t offset = 0, size = 0;
     std::string error;
     if (!FindElfSection(file.data(), file.size(), kResourceSectionName, offset, size, error)) {

@@ -35,6 +35,17 @@ bool DecodeBmp(const uint8_t* data, size_t size, Bitmap& out, std::string& error
 bool FindElfSection(const uint8_t* file, size_t file_size, const char* name, size_t& offset, size_t& size,
                     std::string& error);
 
+// Checks a module file before dlopen maps it: an ELF shared object of the
+// machine `machine` (0: any) whose program headers, loaded segments and
+// section table all lie inside the file. The loader maps a truncated file's
+// segments past its end, and the first touch of the missing pages kills the
+// process with SIGBUS; this turns that into a message. A Windows DLL is named
+// as such.
+bool CheckModuleImage(const uint8_t* file, size_t file_size, uint16_t machine, std::string& error);
+
+// The ELF machine number of the running program (0 when it cannot be read).
+uint16_t OwnElfMachine();
+
 struct ResourceEntry {
     uint32_t resource_id = 0;
     uint32_t offset = 0;                        // from the start of the section
@@ -57,6 +68,7 @@ struct ResourceSet {
 // Loads the module file's resource section. Never fails: a missing or bad
 // section leaves `present` false.
 void LoadResources(const std::string& module_path, ResourceSet& set);
+void LoadResourcesFromImage(const std::vector<uint8_t>& file, ResourceSet& set);
 
 // The bitmap of a resource: decoded from the section, else the grey stand-in
 // of the layer's size (a warning line on stderr, once for a missing section,

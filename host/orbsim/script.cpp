@@ -92,7 +92,7 @@ constexpr CommandSpec kCommands[] = {
     {"shot", 2, 2, "shot GAUGE FILE"},
     {"reload", 0, 0, "reload"},
     {"track", 0, 1, "track [FILE]"},
-    {"expect", 3, -1, "expect WHAT OP VALUE"},
+    {"expect", 3, -1, "expect WHAT OP VALUE | expect file PATH exists|missing|contains|!contains [TEXT]"},
     {"fsuipc", 1, -1, "fsuipc on|off|runways ICAO RWY...|answer_after N|version NUMBER"},
     {"simconnect", 1, 1, "simconnect on|off"},
     {"clear", 1, 1, "clear tokenreads|keyevents|all"},
@@ -103,7 +103,7 @@ constexpr CommandSpec kCommands[] = {
     {"type", 2, -1, "type GAUGE TEXT"},
 };
 
-constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains"};
+constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
 
 const CommandSpec* FindCommand(const std::string& name) {
     for (const CommandSpec& c : kCommands)
@@ -124,6 +124,26 @@ std::string Join(const std::vector<std::string>& words, size_t first, size_t end
         out += words[i];
     }
     return out;
+}
+
+// True when a relative path stays inside the folder it is taken from: no
+// leading "/", and no ".." that climbs above the start.
+bool StaysInside(const std::string& path) {
+    if (path.empty() || path[0] == '/') return false;
+    int depth = 0;
+    size_t start = 0;
+    while (start <= path.size()) {
+        size_t slash = path.find('/', start);
+        if (slash == std::string::npos) slash = path.size();
+        std::string part = path.substr(start, slash - start);
+        if (part == "..") {
+            if (--depth < 0) return false;
+        } else if (!part.empty() && part != ".") {
+            ++depth;
+        }
+        start = slash + 1;
+    }
+    return depth > 0;
 }
 
 // The checks that need nothing but the line itself.
@@ -196,14 +216,24 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
             return false;
         }
     }
+    // What orbsim writes stays under --out, as the script's reader expects.
+    if ((name == "shot" || name == "plot" || name == "track") && w.size() >= 2) {
+        const std::string& file = name == "shot" ? w[2] : w[1];
+        if (!StaysInside(file)) {
+            error = name + " writes under the output folder (--out); '" + file + "' leads out of it";
+            return false;
+        }
+    }
     if (name == "set" && !ParseNumber(w.back(), number)) {
         error = "set NAME VALUE needs a number as VALUE, got '" + w.back() + "'";
         return false;
     }
     if (name == "expect") {
         if (w[1] == "file") {
-            if (w.size() != 4 || (w[3] != "exists" && w[3] != "missing")) {
-                error = "usage: expect file PATH exists|missing";
+            bool presence = w.size() == 4 && (w[3] == "exists" || w[3] == "missing");
+            bool content = w.size() >= 5 && (w[3] == "contains" || w[3] == "!contains");
+            if (!presence && !content) {
+                error = "usage: expect file PATH exists|missing, or expect file PATH contains|!contains TEXT";
                 return false;
             }
         } else {
@@ -214,7 +244,7 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
                     break;
                 }
             if (op == 0 || op + 1 >= w.size()) {
-                error = "expect WHAT OP VALUE, with OP one of == != < <= > >= contains";
+                error = "expect WHAT OP VALUE, with OP one of == != < <= > >= contains !contains";
                 return false;
             }
         }
@@ -254,6 +284,12 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
     return true;
 }
 }  // namespace
+
+std::vector<std::string> ScriptCommandNames() {
+    std::vector<std::string> names;
+    for (const CommandSpec& c : kCommands) names.emplace_back(c.name);
+    return names;
+}
 
 bool ParseScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& lines, std::string& error) {
     lines.clear();
@@ -482,6 +518,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         const FsuipcServer& f = host.fsuipc;
         std::string field = what.substr(7);
         if (field == "requests") return value = Number(static_cast<double>(f.requests)), true;
+        if (field == "lookups") return value = Number(static_cast<double>(f.lookups)), true;
         if (field == "rejected") return value = Number(static_cast<double>(f.rejected)), true;
         if (field == "library") return value = Number(f.client_library), true;
         if (field == "tower.writes") return value = Number(f.tower_writes), true;
@@ -494,7 +531,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
             value = Number(static_cast<double>(FsuipcPeek(f, static_cast<uint32_t>(offset), static_cast<uint32_t>(size))));
             return true;
         }
-        return Fail(error, "fsuipc has requests, rejected, library, tower.*, and 0xOFFSET[.SIZE]");
+        return Fail(error, "fsuipc has requests, lookups, rejected, library, tower.*, and 0xOFFSET[.SIZE]");
     }
     if (head == "simconnect" && p.size() == 2) {
         const SimConnectState& s = host.simconnect;
@@ -594,6 +631,26 @@ std::string Resolve(const std::string& base, const std::string& path) {
     return base + "/" + path;
 }
 
+// A file `expect file` reads whole; the module's logs and routes are small.
+constexpr off_t kMaxExpectFileBytes = 64 << 20;
+
+bool ReadSmallFile(const std::string& path, std::string& text, std::string& error) {
+    struct stat st{};
+    if (stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return Fail(error, path + ": not a file orbsim can read");
+    if (st.st_size > kMaxExpectFileBytes) return Fail(error, path + ": larger than 64 MiB; too large to search");
+    std::FILE* file = std::fopen(path.c_str(), "rb");
+    if (file == nullptr) return Fail(error, path + ": cannot read the file");
+    text.clear();
+    char buffer[65536];
+    size_t n = 0;
+    while ((n = std::fread(buffer, 1, sizeof buffer, file)) > 0 && text.size() < static_cast<size_t>(kMaxExpectFileBytes))
+        text.append(buffer, n);
+    bool failed = std::ferror(file) != 0;
+    std::fclose(file);
+    if (failed) return Fail(error, path + ": cannot read the file");
+    return true;
+}
+
 void TrackRow(HostState& host, ScriptRun& run) {
     const AircraftModel& a = host.aircraft;
     double gs = 0, track = 0;
@@ -616,7 +673,10 @@ void AfterFrame(HostState& host, ScriptRun& run) {
 }
 
 bool Compare(const ScriptValue& seen, const std::string& op, const ScriptValue& wanted) {
-    if (op == "contains") return seen.text.find(wanted.is_text ? wanted.text : FormatValue(wanted)) != std::string::npos;
+    if (op == "contains" || op == "!contains") {
+        bool found = seen.text.find(wanted.is_text ? wanted.text : FormatValue(wanted)) != std::string::npos;
+        return found == (op == "contains");
+    }
     if (seen.is_text || wanted.is_text) {
         std::string a = seen.is_text ? seen.text : FormatValue(seen);
         std::string b = wanted.is_text ? wanted.text : FormatValue(wanted);
@@ -649,7 +709,10 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
 
         if (cmd == "panel") {
             std::string path = Resolve(run.sim_dir, w[1]);
-            if (!StartModule(host, run.sim_dir, why)) return bad(why);
+            if (!StartModule(host, run.sim_dir, why)) {
+                error = "orbsim: " + why;  // the module's file, not the script line, is at fault
+                return ExitCode::BadInput;
+            }
             if (!LoadPanel(host, path, why)) {
                 error = why + " (from " + where.substr(0, where.size() - 2) + ")";
                 return ExitCode::BadInput;
@@ -794,8 +857,23 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 std::string path = w[2].rfind("out:", 0) == 0 ? Resolve(run.out_dir, w[2].substr(4)) : Resolve(run.sim_dir, w[2]);
                 struct stat st{};
                 bool exists = stat(path.c_str(), &st) == 0;
-                if (exists != (w[3] == "exists")) {
-                    error = where + "expected file " + w[2] + " " + w[3] + ", but it " + (exists ? "exists" : "is missing");
+                if (w[3] == "exists" || w[3] == "missing") {
+                    if (exists != (w[3] == "exists")) {
+                        error = where + "expected file " + w[2] + " " + w[3] + ", but it " + (exists ? "exists" : "is missing");
+                        return ExitCode::ExpectFailed;
+                    }
+                    continue;
+                }
+                std::string wanted = Join(w, 4, w.size());
+                std::string expectation = "expected file " + w[2] + " " + w[3] + " " + FormatValue(Text(wanted));
+                if (!exists) {
+                    error = where + expectation + ", but it is missing";
+                    return ExitCode::ExpectFailed;
+                }
+                std::string text;
+                if (!ReadSmallFile(path, text, why)) return bad(why);
+                if ((text.find(wanted) != std::string::npos) != (w[3] == "contains")) {
+                    error = where + expectation + ", but it " + (w[3] == "contains" ? "does not" : "does");
                     return ExitCode::ExpectFailed;
                 }
                 continue;
@@ -813,7 +891,8 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             bool single_quoted = op + 2 == w.size() && line.quoted[op + 1];
             if (!single_quoted && ParseNumber(wanted_text, number)) wanted = Number(number);
             else wanted = Text(wanted_text);
-            if (w[op] == "contains" && !seen.is_text) return bad("contains needs a text, such as screen GAUGE");
+            if ((w[op] == "contains" || w[op] == "!contains") && !seen.is_text)
+                return bad(w[op] + " needs a text, such as screen GAUGE");
             if (!Compare(seen, w[op], wanted)) {
                 error = where + "expected " + what + " " + w[op] + " " + FormatValue(wanted) + ", saw " + FormatValue(seen);
                 return ExitCode::ExpectFailed;

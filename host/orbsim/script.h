@@ -32,6 +32,9 @@ struct ScriptLine {
 // # begins a comment. False on an open quote.
 bool SplitScriptLine(const std::string& line, ScriptLine& out, std::string& error);
 
+// The names of all script commands, in the order orbsim checks them.
+std::vector<std::string> ScriptCommandNames();
+
 // Reads and checks a whole script; `error` is "FILE:LINE: message".
 bool ParseScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& lines, std::string& error);
 

@@ -2,12 +2,17 @@
 #include "simulator.h"
 
 #include "panel_table.h"
+#include "resources.h"
 
 #include <dlfcn.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
+#include <fstream>
+#include <iterator>
+#include <vector>
 
 namespace orbsim {
 
@@ -29,8 +34,32 @@ bool StartModule(HostState& host, const std::string& sim_dir, std::string& error
                      "for %s while orbsim plays %s\n",
                      sim_dir.c_str(), signs >= 3 ? "has" : "lacks", signs >= 3 ? "FSX" : "FS2004",
                      host.generation == 10 ? "FSX" : "FS2004 (--generation 9)");
-    // 3. The module and its two exports.
+    // 3. The module file, checked before the loader maps it (a truncated file
+    // would kill orbsim with SIGBUS), then the module and its two exports.
     host.module_path = sim_dir + "/GAUGES/orb1.gau";
+    std::vector<uint8_t> image;
+    struct stat module_stat{};
+    if (stat(host.module_path.c_str(), &module_stat) == 0 && S_ISDIR(module_stat.st_mode)) {
+        error = host.module_path + ": is a directory";
+        return false;
+    }
+    {
+        std::ifstream in(host.module_path, std::ios::binary);
+        if (!in) {
+            error = host.module_path + ": cannot read the module";
+            return false;
+        }
+        image.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+        if (in.bad()) {
+            error = host.module_path + ": cannot read the module";
+            return false;
+        }
+    }
+    std::string why;
+    if (!CheckModuleImage(image.data(), image.size(), OwnElfMachine(), why)) {
+        error = host.module_path + ": " + why;
+        return false;
+    }
     void* module = dlopen(host.module_path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (module == nullptr) {
         const char* why = dlerror();
@@ -56,7 +85,7 @@ bool StartModule(HostState& host, const std::string& sim_dir, std::string& error
     BuildPanelTable(host);
     host.fsuipc.simulator = host.generation == 10 ? 8 : 7;
     import_table->PANELSentry.fnptr = &host.panels;
-    LoadResources(host.module_path, host.gauges.resources);
+    LoadResourcesFromImage(image, host.gauges.resources);
     host.gauges.resource_handle = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(module));
     if (linkage->ModuleInit != nullptr) linkage->ModuleInit();
     host.module_initialised = true;

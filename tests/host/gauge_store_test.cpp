@@ -32,8 +32,13 @@ ELEMENT_HEADER* g_first = &g_bezel.header;
 GAUGEHDR g_fake{};
 MODULE_LINKAGE g_linkage{};
 
-// Draws two strings (the lower first) and a red pixel on its surface at each
-// draw, unless its parameter says "quiet"; clears the surface's on-screen bit.
+// What the gauge does at a draw: its picture (two strings, the lower first,
+// and a red pixel), nothing (it repaints only on request), or a dark screen.
+enum class Paint { Picture, Nothing, Dark };
+Paint g_paint = Paint::Picture;
+
+// Paints as g_paint says at each draw, unless its parameter says "quiet";
+// clears the surface's on-screen bit, drawn or not, as the module does.
 void FSAPI FakeCallback(GAUGEHDR* gauge, SINT32 service, UINT32 extra) {
     g_log.calls.emplace_back(service, extra);
     g_log.parameters.emplace_back(gauge->parameters ? gauge->parameters : "(null)");
@@ -42,9 +47,13 @@ void FSAPI FakeCallback(GAUGEHDR* gauge, SINT32 service, UINT32 extra) {
     auto* surface = reinterpret_cast<ELEMENT_STATIC_IMAGE*>(bezel->next_element[0]);
     auto* dc = static_cast<OrbDeviceContext*>(surface->hdc);
     const OrbHostInterface* host = orbsim::HostInterface();
-    host->text_drawn(dc, "LOWER", 10, 50, 40, 12, 0xFF00FF00, "Arial", 12, 1);
-    host->text_drawn(dc, "UPPER", 5, 20, 40, 12, 0xFFFFFFFF, "Arial", 12, 1);
-    dc->pixels[3 * dc->width + 2] = 0xFFFF0000;
+    if (g_paint == Paint::Picture) {
+        host->text_drawn(dc, "LOWER", 10, 50, 40, 12, 0xFF00FF00, "Arial", 12, 1);
+        host->text_drawn(dc, "UPPER", 5, 20, 40, 12, 0xFFFFFFFF, "Arial", 12, 1);
+        dc->pixels[3 * dc->width + 2] = 0xFFFF0000;
+    } else if (g_paint == Paint::Dark) {
+        for (int i = 0; i < dc->width * dc->height; ++i) dc->pixels[i] = 0xFF000000;
+    }
     surface->header.image_flags =
         static_cast<FLAGS>(static_cast<FLAGS32>(surface->header.image_flags) & ~IMAGE_ON_SCREEN);
 }
@@ -74,6 +83,7 @@ protected:
     void SetUp() override {
         BuildFakeGauge();
         g_log = {};
+        g_paint = Paint::Picture;
         orbsim::g_host = {};
         orbsim::g_host.gauges.resources.warned_absent = true;  // the grey layers are meant here
         orbsim::g_host.gauges.resource_handle = 0x5150;
@@ -190,4 +200,34 @@ TEST_F(GaugeStoreTest, TheLastFrameKeepsItsStringsTopToBottomAndItsPixels) {
     drawing.layers[1].element->image_flags |= static_cast<FLAGS>(IMAGE_HIDDEN);
     picture = orbsim::ComposeInstance(drawing);
     EXPECT_EQ(picture.pixels[static_cast<size_t>((40 + 3) * 415 + 66 + 2)], orbsim::kFallbackGrey);
+}
+
+TEST_F(GaugeStoreTest, TheScreenKeepsTheStringsOfTheLastFrameThatDrew) {
+    orbsim::ScriptRun run;
+    orbsim::ScriptValue value;
+    std::string error;
+    auto screen = [&]() {
+        EXPECT_TRUE(orbsim::EvaluateWhat(orbsim::g_host, run, "screen FAKE", value, error)) << error;
+        return value.text;
+    };
+    orbsim::DrawFrame(store());
+    EXPECT_EQ(screen(), "UPPER\nLOWER");
+    // Frames in which the gauge draws nothing leave its picture, and so its
+    // strings, on the screen.
+    g_paint = Paint::Nothing;
+    orbsim::DrawFrame(store());
+    orbsim::DrawFrame(store());
+    EXPECT_EQ(screen(), "UPPER\nLOWER");
+    EXPECT_EQ(store().instances[0]->redraws, 3u);
+    // A new picture without strings (the screen goes dark) takes them away,
+    // and a frame without drawing after it keeps it dark.
+    g_paint = Paint::Dark;
+    orbsim::DrawFrame(store());
+    EXPECT_EQ(screen(), "");
+    g_paint = Paint::Nothing;
+    orbsim::DrawFrame(store());
+    EXPECT_EQ(screen(), "");
+    g_paint = Paint::Picture;
+    orbsim::DrawFrame(store());
+    EXPECT_EQ(screen(), "UPPER\nLOWER");
 }

@@ -1,7 +1,12 @@
 // orbsim_cli_test.cpp: the orbsim program as a user meets it: options,
 // one-line errors with file and line, exit codes, and the files it writes.
+// Each test runs on its own scratch copy of data/sim under the build tree,
+// with this build's module in it (the sanitized one in a sanitizer build).
+#include "orbsim/script.h"
+
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,6 +15,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 namespace {
 struct Outcome {
@@ -20,11 +26,18 @@ struct Outcome {
 class OrbsimCli : public ::testing::Test {
 protected:
     void SetUp() override {
-        char pattern[] = "/tmp/orbsim_cli_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
+        std::string root = std::string(ORB_BINARY_DIR) + "/test-scratch";
+        mkdir(root.c_str(), 0755);
+        std::string pattern = root + "/orbsim_cli_XXXXXX";
+        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
         dir_ = pattern;
+        std::string command = std::string("sh ") + ORB_SOURCE_DIR + "/tests/e2e/scratch_sim.sh " + ORB_SOURCE_DIR +
+                              "/data/sim '" + dir_ + "' " + ORB_MODULE_PATH + " -";
+        ASSERT_EQ(std::system(command.c_str()), 0) << command;
     }
     void TearDown() override { std::system(("rm -rf '" + dir_ + "'").c_str()); }
+
+    std::string Sim() const { return dir_ + "/sim"; }
 
     std::string Write(const std::string& name, const std::string& text) {
         std::string path = dir_ + "/" + name;
@@ -33,8 +46,8 @@ protected:
     }
 
     Outcome Run(const std::string& args) {
-        std::string command = std::string(ORB_BINARY_DIR) + "/orbsim --sim " + ORB_SOURCE_DIR + "/data/sim --out '" +
-                              dir_ + "/out' " + args + " 2>&1";
+        std::string command =
+            std::string(ORB_BINARY_DIR) + "/orbsim --sim '" + Sim() + "' --out '" + dir_ + "/out' " + args + " 2>&1";
         Outcome outcome;
         std::FILE* pipe = popen(command.c_str(), "r");
         if (pipe == nullptr) return outcome;
@@ -71,6 +84,19 @@ TEST_F(OrbsimCli, HelpAndBadOptions) {
     o = Run(dir_ + "/missing.orbsim");
     EXPECT_EQ(o.code, 2);
     EXPECT_EQ(o.output, dir_ + "/missing.orbsim: cannot read the script\n");
+}
+
+// Every command a script may use is told by --help and in docs/orbsim.md.
+TEST_F(OrbsimCli, HelpAndDocumentationListEveryCommand) {
+    Outcome help = Run("--help");
+    std::string docs = ReadFile(std::string(ORB_SOURCE_DIR) + "/docs/orbsim.md");
+    ASSERT_FALSE(docs.empty());
+    std::vector<std::string> names = orbsim::ScriptCommandNames();
+    ASSERT_GT(names.size(), 10u);
+    for (const std::string& name : names) {
+        EXPECT_NE(help.output.find("\n  " + name + " "), std::string::npos) << name << " is missing from --help";
+        EXPECT_NE(docs.find("\n| `" + name), std::string::npos) << name << " is missing from docs/orbsim.md";
+    }
 }
 
 TEST_F(OrbsimCli, BadLinesAndFailedExpectationsNameFileAndLine) {
@@ -136,4 +162,63 @@ TEST_F(OrbsimCli, WritesShotsAndTracksUnderTheOutputFolder) {
     for (char c : csv) rows += c == '\n';
     EXPECT_EQ(rows, 1 + 6);  // the header, then seconds 0 to 5
     EXPECT_NE(csv.find("\n5.0"), std::string::npos);
+}
+
+TEST_F(OrbsimCli, ShotsAndTracksCannotLeaveTheOutputFolder) {
+    std::string panel = Write("p.cfg", "[Window00]\nident=MAIN_PANEL\ngauge00=orb1!LNAV,0,0\n");
+    // The check comes before anything runs: no panel is loaded, nothing written.
+    std::string script = Write("escape.orbsim", "panel " + panel + "\nrun 1\nshot LNAV ../../x.png\n");
+    Outcome o = Run(script);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_EQ(o.output, script + ":3: shot writes under the output folder (--out); '../../x.png' leads out of it\n");
+    struct stat st {};
+    EXPECT_NE(stat((dir_ + "/../x.png").c_str(), &st), 0);
+    script = Write("absolute.orbsim", "track " + dir_ + "/t.csv\n");
+    o = Run(script);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_EQ(o.output, script + ":1: track writes under the output folder (--out); '" + dir_ + "/t.csv' leads out of it\n");
+    EXPECT_NE(stat((dir_ + "/t.csv").c_str(), &st), 0);
+}
+
+TEST_F(OrbsimCli, ABadModuleOrScriptFileGetsOneLineNamingIt) {
+    std::string module = Sim() + "/GAUGES/orb1.gau";
+    std::string whole = ReadFile(ORB_MODULE_PATH);
+    ASSERT_GT(whole.size(), 100000u);
+    std::string script = Write("load.orbsim", "panel panels/twinjet.cfg\nrun 1\n");
+    auto put_module = [&](const std::string& bytes) {
+        unlink(module.c_str());
+        std::ofstream(module, std::ios::binary) << bytes;
+    };
+
+    // Cut anywhere, the module is refused before the loader maps it (which
+    // would end orbsim by SIGBUS); the message names the file.
+    for (size_t size : {whole.size() / 2, whole.size() - 1, size_t{200}}) {
+        put_module(whole.substr(0, size));
+        Outcome o = Run(script);
+        EXPECT_EQ(o.code, 2) << size;
+        EXPECT_EQ(o.output.rfind("orbsim: " + module + ": truncated: ", 0), 0u) << o.output;
+        EXPECT_EQ(o.output.find('\n'), o.output.size() - 1) << o.output;
+        EXPECT_NE(o.output.find(", the file has " + std::to_string(size) + "\n"), std::string::npos) << o.output;
+    }
+    put_module("MZ\x90");
+    Outcome o = Run(script);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_EQ(o.output, "orbsim: " + module +
+                            ": a Windows DLL; orbsim loads the Linux build of the module (build/linux/orb1.gau)\n");
+    put_module("");
+    o = Run(script);
+    EXPECT_EQ(o.output, "orbsim: " + module + ": empty file; not a module\n");
+    unlink(module.c_str());
+    o = Run(script);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_EQ(o.output, "orbsim: " + module + ": cannot read the module\n");
+    // The whole module loads again.
+    put_module(whole);
+    o = Run(script);
+    EXPECT_EQ(o.code, 0) << o.output;
+
+    // A script that is a folder.
+    o = Run(dir_);
+    EXPECT_EQ(o.code, 2);
+    EXPECT_EQ(o.output, "orbsim: " + dir_ + ": is a directory\n");
 }

@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -42,8 +44,22 @@ TEST(Script, BadLinesStopTheScriptBeforeItRunsWithFileAndLine) {
         {"aircraft wind=270\n", "s.orbsim:1: wind must be DIRECTION/SPEED, e.g. wind=270/30"},
         {"aircraft zulu=25:00\n", "s.orbsim:1: zulu must be HH:MM or HH:MM:SS"},
         {"aircraft track=5\n", "s.orbsim:1: aircraft key 'track' is read only"},
-        {"expect aircraft.alt is 5000\n", "s.orbsim:1: expect WHAT OP VALUE, with OP one of == != < <= > >= contains"},
-        {"expect file x there\n", "s.orbsim:1: usage: expect file PATH exists|missing"},
+        {"expect aircraft.alt is 5000\n",
+         "s.orbsim:1: expect WHAT OP VALUE, with OP one of == != < <= > >= contains !contains"},
+        {"expect file x there\n",
+         "s.orbsim:1: usage: expect file PATH exists|missing, or expect file PATH contains|!contains TEXT"},
+        {"expect file x contains\n",
+         "s.orbsim:1: usage: expect file PATH exists|missing, or expect file PATH contains|!contains TEXT"},
+        {"expect file x exists too\n",
+         "s.orbsim:1: usage: expect file PATH exists|missing, or expect file PATH contains|!contains TEXT"},
+        // What orbsim writes stays under --out.
+        {"shot LNAV ../../x.png\n", "s.orbsim:1: shot writes under the output folder (--out); '../../x.png' leads out of it"},
+        {"shot LNAV a/../../x.png\n",
+         "s.orbsim:1: shot writes under the output folder (--out); 'a/../../x.png' leads out of it"},
+        {"shot LNAV /tmp/x.png\n", "s.orbsim:1: shot writes under the output folder (--out); '/tmp/x.png' leads out of it"},
+        {"shot LNAV ./\n", "s.orbsim:1: shot writes under the output folder (--out); './' leads out of it"},
+        {"track ../t.csv\n", "s.orbsim:1: track writes under the output folder (--out); '../t.csv' leads out of it"},
+        {"plot /p.png KSEAKOLM.RTE\n", "s.orbsim:1: plot writes under the output folder (--out); '/p.png' leads out of it"},
         {"click LNAV 1 two\n", "s.orbsim:1: click needs whole pixel numbers, got 'two'"},
         {"window 4011 shut\n", "s.orbsim:1: window IDENT open|close|toggle"},
         {"event 0 1\n", "s.orbsim:1: event NUMBER must be a key event number such as 0x10019, got '0'"},
@@ -63,6 +79,13 @@ TEST(Script, BadLinesStopTheScriptBeforeItRunsWithFileAndLine) {
     ASSERT_TRUE(orbsim::ParseScript("s.orbsim", "# a flight\naircraft lat=1 wind=90/10\n\nrun 2\n", lines, error)) << error;
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[1].number, 4);
+    // Paths that stay below --out, however they are written.
+    ASSERT_TRUE(orbsim::ParseScript("s.orbsim",
+                                    "shot LNAV a/../b/./x.png\ntrack flight/../f.csv\nplot p.png R.RTE\n"
+                                    "expect file out:a.png contains \"two words\"\nexpect file orb/x !contains y\n",
+                                    lines, error))
+        << error;
+    EXPECT_EQ(lines.size(), 5u);
 }
 
 TEST(Script, RunsWithoutAPanelAndChecksValuesWithExpect) {
@@ -153,4 +176,64 @@ TEST(Script, TickAdvancesAtEighteenHertzOfSimulatedTime) {
     EXPECT_EQ(orbsim::Tick18(orbsim::g_host), 0);
     EXPECT_EQ(orbsim::g_host.aircraft.sim_time, 0);
     orbsim::g_host = {};
+}
+
+TEST(Script, ExpectFileReadsWhatTheModuleAndOrbsimWrote) {
+    char pattern[] = "/tmp/orbsim_expect_XXXXXX";
+    ASSERT_NE(mkdtemp(pattern), nullptr);
+    std::string dir = pattern;
+    ASSERT_EQ(std::system(("mkdir -p " + dir + "/sim/orb " + dir + "/out/pics").c_str()), 0);
+    {
+        std::FILE* f = std::fopen((dir + "/sim/orb/orb1.log").c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        std::fputs("Apts '12' loaded\nTWR Pos 'KSEA' set\n", f);
+        std::fclose(f);
+        f = std::fopen((dir + "/out/pics/note.txt").c_str(), "w");
+        ASSERT_NE(f, nullptr);
+        std::fputs("written by orbsim", f);
+        std::fclose(f);
+    }
+    orbsim::g_host = {};
+    orbsim::ScriptRun run;
+    run.script_path = "f.orbsim";
+    run.sim_dir = dir + "/sim";
+    run.out_dir = dir + "/out";
+    run.out = std::tmpfile();
+    struct Case {
+        const char* line;
+        orbsim::ExitCode code;
+        std::string error;
+    };
+    const Case cases[] = {
+        {"expect file orb/orb1.log contains TWR Pos 'KSEA' set", orbsim::ExitCode::Ok, ""},
+        {"expect file orb/orb1.log contains \"Apts '12'\"", orbsim::ExitCode::Ok, ""},
+        {"expect file orb/orb1.log !contains FUEL", orbsim::ExitCode::Ok, ""},
+        {"expect file out:pics/note.txt contains by orbsim", orbsim::ExitCode::Ok, ""},
+        {"expect file orb/orb1.log contains FUEL", orbsim::ExitCode::ExpectFailed,
+         "f.orbsim:1: expected file orb/orb1.log contains \"FUEL\", but it does not"},
+        {"expect file orb/orb1.log !contains KSEA", orbsim::ExitCode::ExpectFailed,
+         "f.orbsim:1: expected file orb/orb1.log !contains \"KSEA\", but it does"},
+        {"expect file orb/Flight.log !contains KSEA", orbsim::ExitCode::ExpectFailed,
+         "f.orbsim:1: expected file orb/Flight.log !contains \"KSEA\", but it is missing"},
+        {"expect file orb contains x", orbsim::ExitCode::BadInput,
+         "f.orbsim:1: " + dir + "/sim/orb: not a file orbsim can read"},
+        // !contains works on every text, as contains does.
+        {"expect aircraft.title !contains Cessna", orbsim::ExitCode::Ok, ""},
+        {"expect aircraft.title !contains TwinJet", orbsim::ExitCode::ExpectFailed,
+         "f.orbsim:1: expected aircraft.title !contains \"TwinJet\", saw \"orbsim TwinJet\""},
+        {"expect aircraft.alt !contains 1", orbsim::ExitCode::BadInput,
+         "f.orbsim:1: !contains needs a text, such as screen GAUGE"},
+    };
+    for (const Case& c : cases) {
+        std::vector<orbsim::ScriptLine> lines;
+        std::string error;
+        ASSERT_TRUE(orbsim::ParseScript("f.orbsim", c.line, lines, error)) << c.line << ": " << error;
+        EXPECT_EQ(orbsim::RunScript(orbsim::g_host, run, lines, error), c.code) << c.line;
+        if (c.code != orbsim::ExitCode::Ok) {
+            EXPECT_EQ(error, c.error);
+        }
+    }
+    std::fclose(run.out);
+    orbsim::g_host = {};
+    std::system(("rm -rf " + dir).c_str());
 }
