@@ -593,13 +593,16 @@ void TrackRow(HostState& host, ScriptRun& run) {
                  a.vs);
 }
 
-// The flown path for `plot`: once a simulated second, at most a day of it.
-constexpr size_t kFlownLimit = 86400;
-
 void AfterFrame(HostState& host, ScriptRun& run) {
-    if (host.aircraft.sim_time + 1e-9 >= run.flown_next && run.flown.size() < kFlownLimit) {
+    if (host.aircraft.sim_time + 1e-9 >= run.flown_next) {
+        if (run.flown.capacity() < kFlownLimit) run.flown.reserve(kFlownLimit);
+        if (run.flown.size() == kFlownLimit) {
+            for (size_t i = 1; i < kFlownLimit / 2; ++i) run.flown[i] = run.flown[2 * i];
+            run.flown.resize(kFlownLimit / 2);
+            run.flown_spacing *= 2;
+        }
         run.flown.emplace_back(host.aircraft.lat, host.aircraft.lon);
-        run.flown_next = std::floor(host.aircraft.sim_time + 1e-9) + 1;
+        run.flown_next = std::floor(host.aircraft.sim_time + 1e-9) + run.flown_spacing;
     }
     if (run.track == nullptr || host.aircraft.sim_time + 1e-9 < run.track_next) return;
     TrackRow(host, run);

@@ -1,14 +1,16 @@
-// key_event_log_test.cpp: a flight of any length keeps the same memory for
-// its key events, while the counts and the latest events that scripts check
-// stay exact.
+// long_flight_records_test.cpp: what orbsim records over a flight (the key
+// events, the flown path for `plot`) takes the same memory however long the
+// flight, while what scripts check and draw stays exact and whole.
 #include "orbsim/host_state.h"
 #include "orbsim/panel_table.h"
 #include "orbsim/script.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdio>
 #include <string>
+#include <vector>
 
 TEST(KeyEventLog, KeepsTheLatestEventsAndCountsThemAll) {
     orbsim::g_host = {};
@@ -72,5 +74,40 @@ TEST(KeyEventLog, KeepsTheLatestEventsAndCountsThemAll) {
     std::fclose(run.out);
     EXPECT_EQ(host.key_events.total, 0u);
     EXPECT_EQ(host.key_events.Kept(), 0u);
+    orbsim::g_host = {};
+}
+
+TEST(FlownPath, ThinsOutToCoverAFlightOfAnyLengthInTheSameRoom) {
+    orbsim::g_host = {};
+    orbsim::g_host.fps = 1;
+    orbsim::ScriptRun run;
+    run.out = std::tmpfile();
+    ASSERT_NE(run.out, nullptr);
+    std::vector<orbsim::ScriptLine> lines;
+    std::string error;
+    // Due east along the equator: longitude grows evenly with time.
+    ASSERT_TRUE(orbsim::ParseScript("t.orbsim", "aircraft lat=0 lon=0 alt=10000 ias=250 hdg=90 ap_hdg_hold=1 hdg_bug=90\nrun 60\n",
+                                    lines, error));
+    ASSERT_EQ(orbsim::RunScript(orbsim::g_host, run, lines, error), orbsim::ExitCode::Ok) << error;
+    ASSERT_EQ(run.flown.size(), 60u);  // a point a second while there is room
+    const size_t capacity = run.flown.capacity();
+    EXPECT_EQ(capacity, orbsim::kFlownLimit);
+
+    // Three and a half times the room's worth of seconds.
+    ASSERT_TRUE(orbsim::ParseScript("t.orbsim", "run 28700\n", lines, error));
+    ASSERT_EQ(orbsim::RunScript(orbsim::g_host, run, lines, error), orbsim::ExitCode::Ok) << error;
+    EXPECT_EQ(run.flown.capacity(), capacity);
+    ASSERT_GT(run.flown.size(), orbsim::kFlownLimit / 2);
+    ASSERT_LE(run.flown.size(), orbsim::kFlownLimit);
+    EXPECT_EQ(run.flown_spacing, 4);
+    // From the first second to now, evenly spaced, in order (a frame's time
+    // may fall a hair short of a whole second and put a point one late).
+    double step = run.flown[1].second - run.flown[0].second;
+    ASSERT_GT(step, 0);
+    EXPECT_NEAR(run.flown.front().second, step / run.flown_spacing, step * 1e-3);
+    for (size_t i = 1; i < run.flown.size(); ++i)
+        ASSERT_NEAR(run.flown[i].second - run.flown[i - 1].second, step, step * 0.3) << i;
+    EXPECT_NEAR(run.flown.back().second, orbsim::g_host.aircraft.lon, step);
+    std::fclose(run.out);
     orbsim::g_host = {};
 }
