@@ -156,3 +156,26 @@ TEST(HostileInput, UnreadableFilesAreSkipped) {
     EXPECT_EQ(g_plan.context.ActiveLastRow, 0);  // an empty plan, as without a file
     for (const char* name : {"orb/navdata/apts.txt", "orb/flightplans/F.RTE"}) chmod((sim.root() / name).c_str(), 0644);
 }
+
+// A database of absurdly long names: the texts stop at the pool's limit,
+// the rows still come, and the pool never grows past it.
+TEST(HostileInput, TheStringPoolStopsAtItsLimit) {
+    SimFolder sim;
+    ResetBulkTables(size_t{1} << 40);  // a size hint nothing could hold
+    EXPECT_LE(g_navdb.pool.capacity(), kPoolLimit);
+    BulkColumns kept;
+    std::string line = "FIX" + std::string(kBulkLineSize - 40, 'N') + " 47.5 -122.5";
+    const int rows = static_cast<int>(kPoolLimit / (kBulkLineSize - 40)) + 2000;
+    for (int i = 0; i < rows; ++i) {
+        std::string id = "F" + std::to_string(i);
+        LoadBulkLine(id + " " + line, NavTableId::Intersections, kept);
+    }
+    EXPECT_EQ(g_navdb.IntersectionTable.count, rows);
+    EXPECT_LE(g_navdb.pool.size(), kPoolLimit);
+    EXPECT_LE(g_navdb.pool.capacity(), kPoolLimit);
+    // The first rows keep their texts, the last have none left.
+    EXPECT_EQ(IdentOf(g_navdb.IntersectionTable, 1), "F0");
+    EXPECT_EQ(NameOf(g_navdb.IntersectionTable, 1).size(), kBulkLineSize - 37);
+    EXPECT_EQ(IdentOf(g_navdb.IntersectionTable, rows), "");
+    EXPECT_DOUBLE_EQ(g_navdb.IntersectionTable.rows[rows].Latitude, 47.5);
+}
