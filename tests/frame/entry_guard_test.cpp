@@ -26,15 +26,27 @@
 // address space runs out; no limit unless a test sets one.
 static size_t g_failing_allocation = std::numeric_limits<size_t>::max();
 
-// The replacement pair frees what it allocated; the compiler can't tell.
+// The replacements free what they allocated; GCC can't tell.
+#if !defined(__clang__)
 #pragma GCC diagnostic ignored "-Wmismatched-new-delete"
+#endif
+static void* Allocate(size_t bytes) {
+    if (bytes >= g_failing_allocation) return nullptr;
+    return std::malloc(bytes != 0 ? bytes : 1);
+}
 void* operator new(size_t bytes) {
-    if (bytes >= g_failing_allocation) throw std::bad_alloc();
-    if (void* p = std::malloc(bytes != 0 ? bytes : 1)) return p;
+    if (void* p = Allocate(bytes)) return p;
     throw std::bad_alloc();
 }
+void* operator new[](size_t bytes) { return operator new(bytes); }
+void* operator new(size_t bytes, const std::nothrow_t&) noexcept { return Allocate(bytes); }
+void* operator new[](size_t bytes, const std::nothrow_t&) noexcept { return Allocate(bytes); }
 void operator delete(void* p) noexcept { std::free(p); }
+void operator delete[](void* p) noexcept { std::free(p); }
 void operator delete(void* p, size_t) noexcept { std::free(p); }
+void operator delete[](void* p, size_t) noexcept { std::free(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { std::free(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); }
 
 namespace {
 uint32_t Stopped(EntryKind kind) { return g_entry_guard.stopped[static_cast<size_t>(kind)]; }
