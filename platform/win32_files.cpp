@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <dirent.h>
+#include <fcntl.h>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -197,12 +198,90 @@ FILE* _fsopen(const char* filename, const char* mode, int) {
     bool writing = std::strpbrk(mode, "wa+") != nullptr;
     std::string posix;
     if (!ResolvePath(filename, posix, writing)) return nullptr;
-    // Text and binary modes are one on POSIX; strip what fopen may not know.
+    int flags = std::strchr(mode, '+') != nullptr ? O_RDWR : (writing ? O_WRONLY : O_RDONLY);
+    if (mode[0] == 'w') flags |= O_CREAT | O_TRUNC;
+    if (mode[0] == 'a') flags |= O_CREAT | O_APPEND;
+    // Never wait: a pipe without a partner fails at once, as a file that
+    // cannot be opened, instead of stalling the panel thread.
+    int fd = ::open(posix.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+    if (fd < 0) return nullptr;
+    // Windows opens no folder as a stream.
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+        ::close(fd);
+        return nullptr;
+    }
+    // Text and binary modes are one on POSIX; strip what fdopen may not know.
     char clean_mode[8] = {};
     size_t n = 0;
     for (const char* m = mode; *m && n + 1 < sizeof clean_mode; ++m)
-        if (*m != 't') clean_mode[n++] = *m;
-    return std::fopen(posix.c_str(), clean_mode);
+        if (*m != 't' && *m != 'b') clean_mode[n++] = *m;
+    FILE* file = ::fdopen(fd, clean_mode);
+    if (file == nullptr) ::close(fd);
+    return file;
+}
+
+// File handles carry the descriptor, moved by one so that no handle is null.
+static HANDLE HandleOf(int fd) { return reinterpret_cast<HANDLE>(static_cast<intptr_t>(fd) + 1); }
+static int DescriptorOf(HANDLE handle) {
+    if (handle == nullptr || handle == INVALID_HANDLE_VALUE) return -1;
+    return static_cast<int>(reinterpret_cast<intptr_t>(handle) - 1);
+}
+
+HANDLE CreateFileA(LPCSTR lpFileName, DWORD dwDesiredAccess, DWORD, void*, DWORD dwCreationDisposition, DWORD, HANDLE) {
+    // The module only reads files that are there.
+    if (lpFileName == nullptr || dwDesiredAccess != GENERIC_READ || dwCreationDisposition != OPEN_EXISTING)
+        return INVALID_HANDLE_VALUE;
+    std::string posix;
+    if (!ResolvePath(lpFileName, posix, false)) return INVALID_HANDLE_VALUE;
+    // Non-blocking, so that a pipe without a writer opens at once (and is
+    // then refused by its type) instead of waiting for one.
+    int fd = ::open(posix.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (fd < 0) return INVALID_HANDLE_VALUE;
+    // Windows opens a folder only with backup semantics, which we never ask for.
+    struct stat st;
+    if (::fstat(fd, &st) != 0 || S_ISDIR(st.st_mode)) {
+        ::close(fd);
+        return INVALID_HANDLE_VALUE;
+    }
+    return HandleOf(fd);
+}
+
+DWORD GetFileType(HANDLE hFile) {
+    struct stat st;
+    if (::fstat(DescriptorOf(hFile), &st) != 0) return FILE_TYPE_UNKNOWN;
+    if (S_ISREG(st.st_mode) || S_ISBLK(st.st_mode)) return FILE_TYPE_DISK;
+    if (S_ISCHR(st.st_mode)) return FILE_TYPE_CHAR;
+    if (S_ISFIFO(st.st_mode) || S_ISSOCK(st.st_mode)) return FILE_TYPE_PIPE;
+    return FILE_TYPE_UNKNOWN;
+}
+
+BOOL GetFileSizeEx(HANDLE hFile, PLARGE_INTEGER lpFileSize) {
+    struct stat st;
+    if (lpFileSize == nullptr || ::fstat(DescriptorOf(hFile), &st) != 0) return FALSE;
+    // A whole disk has no file size on Windows either.
+    if (!S_ISREG(st.st_mode)) return FALSE;
+    lpFileSize->QuadPart = static_cast<long long>(st.st_size);
+    return TRUE;
+}
+
+BOOL ReadFile(HANDLE hFile, LPVOID lpBuffer, DWORD nNumberOfBytesToRead, LPDWORD lpNumberOfBytesRead, void*) {
+    if (lpNumberOfBytesRead != nullptr) *lpNumberOfBytesRead = 0;
+    int fd = DescriptorOf(hFile);
+    if (fd < 0 || (lpBuffer == nullptr && nNumberOfBytesToRead > 0)) return FALSE;
+    ssize_t got;
+    do {
+        got = ::read(fd, lpBuffer, nNumberOfBytesToRead);
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) return FALSE;
+    // At the end of a file ReadFile succeeds with no bytes.
+    if (lpNumberOfBytesRead != nullptr) *lpNumberOfBytesRead = static_cast<DWORD>(got);
+    return TRUE;
+}
+
+BOOL CloseHandle(HANDLE hObject) {
+    int fd = DescriptorOf(hObject);
+    return fd >= 0 && ::close(fd) == 0;
 }
 
 BOOL DeleteFileA(LPCSTR lpFileName) {

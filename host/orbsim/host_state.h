@@ -8,6 +8,7 @@
 #include "aircraft_model.h"
 #include "fsuipc_server.h"
 #include "gauge_store.h"
+#include "key_event_log.h"
 
 #include <panel_sdk.h>
 
@@ -24,17 +25,9 @@ constexpr int kTokenTableSize = 0x400;        // token numbers in use are below 
 constexpr int kMaxNamedVariables = 4096;      // local variables of one flight
 constexpr int kMaxModuleVariables = 512;      // exported module variables
 constexpr int kMaxKeyHandlers = 64;
-constexpr size_t kMaxKeyEventLog = 1 << 20;   // events kept for prints and checks
 constexpr int kMaxKeyEventDepth = 8;          // handlers that send events: nesting limit
 constexpr uint32_t kGenerationFsx = 0x0A00;   // header word 5 of the FSX-generation table
 constexpr uint32_t kGenerationFs2004 = 0x0900;
-
-struct KeyEventRecord {
-    double time = 0;                          // simulated seconds
-    uint32_t event = 0;
-    uint32_t value = 0;
-    bool from_module = true;                  // false: the script's `event`
-};
 
 struct NamedVariable {
     std::string name;
@@ -78,7 +71,7 @@ struct HostState {
     std::array<uint64_t, kTokenTableSize> token_reads{};
     uint64_t token_reads_other = 0;           // tokens above the table
     std::map<int, double> token_overrides;    // raw values the script set for tokens the model lacks
-    std::vector<KeyEventRecord> key_events;   // module and script, in order
+    KeyEventLog key_events;                   // module and script: the latest in order, counts of all
     int key_event_depth = 0;
     std::vector<NamedVariable> named;         // id = index
     std::vector<ModuleVariable> module_vars;

@@ -229,8 +229,7 @@ void FSAPI UnregisterKeyEventHandler(KEY_EVENT_HANDLER handler, PVOID userdata) 
 const char* PanelSlotName(int slot) { return slot >= 0 && slot < kPanelSlotCount ? kSlotNames[slot] : "?"; }
 
 void DeliverKeyEvent(HostState& host, uint32_t event, uint32_t value, bool from_module) {
-    if (host.key_events.size() < kMaxKeyEventLog)
-        host.key_events.push_back({host.aircraft.sim_time, event, value, from_module});
+    host.key_events.Add({host.aircraft.sim_time, event, value, from_module});
     ApplyKeyEvent(host.aircraft, event, value);
     // Handlers may send events of their own; a loop of them stops here.
     if (host.key_event_depth >= kMaxKeyEventDepth) return;

@@ -383,17 +383,6 @@ bool WindowIdent(const std::string& word, int& ident) {
     ident = static_cast<int>(n);
     return true;
 }
-
-uint64_t CountEvents(const HostState& host, uint32_t event, const KeyEventRecord** last) {
-    uint64_t count = 0;
-    *last = nullptr;
-    for (const KeyEventRecord& r : host.key_events)
-        if (r.from_module && r.event == event) {
-            ++count;
-            *last = &r;
-        }
-    return count;
-}
 }  // namespace
 
 bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what_in, ScriptValue& value, std::string& error) {
@@ -442,13 +431,9 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         return true;
     }
     if (head == "keyevents") {
-        const KeyEventRecord* last = nullptr;
-        uint64_t count = 0;
-        for (const KeyEventRecord& r : host.key_events)
-            if (r.from_module) {
-                ++count;
-                last = &r;
-            }
+        const KeyEventLog& log = host.key_events;
+        const KeyEventRecord* last = log.module_total > 0 ? &log.module_last : nullptr;
+        uint64_t count = log.module_total;
         std::string field = p.size() > 1 ? what.substr(10) : "";
         if (field == "count") return value = Number(static_cast<double>(count)), true;
         if (field == "last") return value = Number(last ? last->event : 0), true;
@@ -460,7 +445,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         double n = 0;
         if (!ParseNumber(p[1], n) || n < 0 || n > UINT32_MAX) return Fail(error, "'" + p[1] + "' is no event number");
         const KeyEventRecord* last = nullptr;
-        uint64_t count = CountEvents(host, static_cast<uint32_t>(n), &last);
+        uint64_t count = host.key_events.ModuleCount(static_cast<uint32_t>(n), &last);
         if (p[2] == "count") return value = Number(static_cast<double>(count)), true;
         if (p[2] == "last" || p[2] == "value") return value = Number(last ? static_cast<int32_t>(last->value) : 0), true;
         if (p[2] == "time") return value = Number(last ? last->time : -1), true;
@@ -562,10 +547,16 @@ bool PrintSpecial(HostState& host, ScriptRun& run, const std::vector<std::string
     std::FILE* out = run.out;
     const std::string& what = w[1];
     if (what == "keyevents" && w.size() == 2) {
-        std::fprintf(out, "keyevents (%zu):\n", host.key_events.size());
-        for (const KeyEventRecord& r : host.key_events)
+        const KeyEventLog& log = host.key_events;
+        std::fprintf(out, "keyevents (%llu):\n", static_cast<unsigned long long>(log.total));
+        if (log.total > log.Kept())
+            std::fprintf(out, "  (the first %llu not kept; the latest %zu follow)\n",
+                         static_cast<unsigned long long>(log.total - log.Kept()), log.Kept());
+        for (size_t i = 0; i < log.Kept(); ++i) {
+            const KeyEventRecord& r = log.KeptAt(i);
             std::fprintf(out, "  %10.3f  0x%05X  %d  %s\n", r.time, r.event, static_cast<int32_t>(r.value),
                          r.from_module ? "module" : "script");
+        }
         return true;
     }
     if (what == "aircraft" && w.size() == 2) {
@@ -659,13 +650,16 @@ void TrackRow(HostState& host, ScriptRun& run) {
                  a.vs);
 }
 
-// The flown path for `plot`: once a simulated second, at most a day of it.
-constexpr size_t kFlownLimit = 86400;
-
 void AfterFrame(HostState& host, ScriptRun& run) {
-    if (host.aircraft.sim_time + 1e-9 >= run.flown_next && run.flown.size() < kFlownLimit) {
+    if (host.aircraft.sim_time + 1e-9 >= run.flown_next) {
+        if (run.flown.capacity() < kFlownLimit) run.flown.reserve(kFlownLimit);
+        if (run.flown.size() == kFlownLimit) {
+            for (size_t i = 1; i < kFlownLimit / 2; ++i) run.flown[i] = run.flown[2 * i];
+            run.flown.resize(kFlownLimit / 2);
+            run.flown_spacing *= 2;
+        }
         run.flown.emplace_back(host.aircraft.lat, host.aircraft.lon);
-        run.flown_next = std::floor(host.aircraft.sim_time + 1e-9) + 1;
+        run.flown_next = std::floor(host.aircraft.sim_time + 1e-9) + run.flown_spacing;
     }
     if (run.track == nullptr || host.aircraft.sim_time + 1e-9 < run.track_next) return;
     TrackRow(host, run);
@@ -931,7 +925,7 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 host.token_reads = {};
                 host.token_reads_other = 0;
             }
-            if (w[1] == "keyevents" || w[1] == "all") host.key_events.clear();
+            if (w[1] == "keyevents" || w[1] == "all") host.key_events.Clear();
         } else if (cmd == "fps") {
             ParseNumber(w[1], number);
             host.fps = static_cast<int>(number);

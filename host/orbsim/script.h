@@ -38,6 +38,11 @@ std::vector<std::string> ScriptCommandNames();
 // Reads and checks a whole script; `error` is "FILE:LINE: message".
 bool ParseScript(const std::string& path, const std::string& text, std::vector<ScriptLine>& lines, std::string& error);
 
+// Points of the flown path kept for `plot`: once they fill, every second one
+// goes and the spacing doubles, so a flight of any length is drawn whole in
+// the same memory.
+constexpr size_t kFlownLimit = 8192;
+
 struct ScriptRun {
     std::string script_path;                   // for messages
     std::string sim_dir;                       // absolute
@@ -46,8 +51,9 @@ struct ScriptRun {
     std::string track_path;
     double track_next = 0;                     // simulated time of the next row
     std::FILE* out = stdout;                   // where `print` writes
-    std::vector<std::pair<double, double>> flown;  // lat, lon once a simulated second, for `plot`
-    double flown_next = 0;
+    std::vector<std::pair<double, double>> flown;  // lat, lon every flown_spacing seconds, for `plot`
+    double flown_next = 0;                     // simulated time of the next point
+    double flown_spacing = 1;                  // seconds between points; doubles as they thin
 };
 
 // Runs checked lines. Returns the exit code; a message for codes other than

@@ -7,6 +7,7 @@
 #include "cdu/cdu_keys.h"
 
 #include "cdu/keypad.h"
+#include "frame/entry_guard.h"
 #include "frame/sim_access.h"
 #include "guidance/holds.h"
 #include "plan/plan_tables.h"
@@ -115,8 +116,7 @@ bool SameName(const char* a, const char* b) {
 // The twins' handlers are the same code: one trampoline a key of the table.
 template <int K>
 BOOL_SDK FSAPI KeyTrampoline(PIXPOINT*, FLAGS32) {
-    PressCduKey(kSmithsKeys[K]);
-    return 0;
+    return AtMouseEntry([] { PressCduKey(kSmithsKeys[K]); });
 }
 
 template <int... K>

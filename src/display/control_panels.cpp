@@ -13,6 +13,7 @@
 
 #include "cdu/cdu_mouse.h"
 #include "display/display_state.h"
+#include "frame/entry_guard.h"
 #include "frame/sim_access.h"
 #include "resources/panel_layouts.h"
 
@@ -27,40 +28,36 @@ constexpr UINT32 kHeadingBugRight = 0x1007F;
 
 int Flip(int value) { return value != 0 ? 0 : 1; }
 
-BOOL_SDK FSAPI B737ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepB737); return 0; }
-BOOL_SDK FSAPI B737ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepB737); return 0; }
-BOOL_SDK FSAPI RangeDownClick(PIXPOINT*, FLAGS32) { RangeDown(); return 0; }
-BOOL_SDK FSAPI RangeUpClick(PIXPOINT*, FLAGS32) { RangeUp(); return 0; }
-BOOL_SDK FSAPI IntersectionsClick(PIXPOINT*, FLAGS32) { ToggleMapIntersections(); return 0; }
-BOOL_SDK FSAPI AirportsClick(PIXPOINT*, FLAGS32) { ToggleMapAirports(); return 0; }
-BOOL_SDK FSAPI NavaidsClick(PIXPOINT*, FLAGS32) { ToggleMapNavaids(); return 0; }
-BOOL_SDK FSAPI TrafficClick(PIXPOINT*, FLAGS32) { ToggleTraffic(); return 0; }
-BOOL_SDK FSAPI BoundariesClick(PIXPOINT*, FLAGS32) { ToggleAtcBoundaries(); return 0; }
+// Each handler's action runs behind the entry guard.
+BOOL_SDK FSAPI B737ModeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(-1, kStepB737); }); }
+BOOL_SDK FSAPI B737ModeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(1, kStepB737); }); }
+BOOL_SDK FSAPI RangeDownClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { RangeDown(); }); }
+BOOL_SDK FSAPI RangeUpClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { RangeUp(); }); }
+BOOL_SDK FSAPI IntersectionsClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { ToggleMapIntersections(); }); }
+BOOL_SDK FSAPI AirportsClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { ToggleMapAirports(); }); }
+BOOL_SDK FSAPI NavaidsClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { ToggleMapNavaids(); }); }
+BOOL_SDK FSAPI TrafficClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { ToggleTraffic(); }); }
+BOOL_SDK FSAPI BoundariesClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { ToggleAtcBoundaries(); }); }
 BOOL_SDK FSAPI B737AdfClick(PIXPOINT*, FLAGS32) {
-    g_display.b737_adf_pointer = Flip(g_display.b737_adf_pointer);
-    return 0;
+    return AtMouseEntry([] { g_display.b737_adf_pointer = Flip(g_display.b737_adf_pointer); });
 }
 BOOL_SDK FSAPI B737DataClick(PIXPOINT*, FLAGS32) {
-    g_display.b737_data = Flip(g_display.b737_data);
-    return 0;
+    return AtMouseEntry([] { g_display.b737_data = Flip(g_display.b737_data); });
 }
-BOOL_SDK FSAPI Du1000ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepDu1000); return 0; }
-BOOL_SDK FSAPI Du1000ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepDu1000); return 0; }
+BOOL_SDK FSAPI Du1000ModeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(-1, kStepDu1000); }); }
+BOOL_SDK FSAPI Du1000ModeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(1, kStepDu1000); }); }
 BOOL_SDK FSAPI Du1000NdbClick(PIXPOINT*, FLAGS32) {
-    g_display.du1000_ndb = Flip(g_display.du1000_ndb);
-    return 0;
+    return AtMouseEntry([] { g_display.du1000_ndb = Flip(g_display.du1000_ndb); });
 }
-BOOL_SDK FSAPI HeadingLeft(PIXPOINT*, FLAGS32) { TriggerKeyEvent(kHeadingBugLeft, 0); return 0; }
-BOOL_SDK FSAPI HeadingRight(PIXPOINT*, FLAGS32) { TriggerKeyEvent(kHeadingBugRight, 0); return 0; }
+BOOL_SDK FSAPI HeadingLeft(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { TriggerKeyEvent(kHeadingBugLeft, 0); }); }
+BOOL_SDK FSAPI HeadingRight(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { TriggerKeyEvent(kHeadingBugRight, 0); }); }
 BOOL_SDK FSAPI Proline4NdbClick(PIXPOINT*, FLAGS32) {
-    g_display.proline4_ndb = Flip(g_display.proline4_ndb);
-    return 0;
+    return AtMouseEntry([] { g_display.proline4_ndb = Flip(g_display.proline4_ndb); });
 }
-BOOL_SDK FSAPI Md80ModeDown(PIXPOINT*, FLAGS32) { StepMode(-1, kStepMd80); return 0; }
-BOOL_SDK FSAPI Md80ModeUp(PIXPOINT*, FLAGS32) { StepMode(1, kStepMd80); return 0; }
+BOOL_SDK FSAPI Md80ModeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(-1, kStepMd80); }); }
+BOOL_SDK FSAPI Md80ModeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(1, kStepMd80); }); }
 BOOL_SDK FSAPI Md80AdfClick(PIXPOINT*, FLAGS32) {
-    g_display.md80_adf_pointer = Flip(g_display.md80_adf_pointer);
-    return 0;
+    return AtMouseEntry([] { g_display.md80_adf_pointer = Flip(g_display.md80_adf_pointer); });
 }
 
 constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;

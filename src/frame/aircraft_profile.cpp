@@ -11,9 +11,8 @@
 
 #include "frame/module_state.h"
 
-#include <share.h>
-
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 AircraftProfile g_profile;
@@ -256,10 +255,11 @@ void ReadAiracLine() {
     constexpr int kLineSize = 512;      // navs.txt rows are short; a longer one continues
     char path[MAX_PATH];
     DataPath("\\orb\\Navdata\\navs.txt", path, sizeof path);
-    FILE* file = _fsopen(path, "r", _SH_DENYNO);
-    if (file == nullptr) return;
+    static LineReader reader;  // 64 KB: kept off the stack
+    if (!reader.Open(path)) return;
     std::array<char, kLineSize> line{};
-    while (std::fgets(line.data(), kLineSize, file) != nullptr) {
+    size_t length = 0;
+    while (reader.NextPiece(line.data(), line.size(), length)) {
         std::array<std::array<char, kWordSize>, 7> w{};
         const char* cursor = line.data();
         for (auto& word : w) {
@@ -293,7 +293,7 @@ void ReadAiracLine() {
         AppendPart(dates, kAiracTextSize, last, 3, 3);
         break;
     }
-    std::fclose(file);
+    reader.file.Close();
 }
 
 // [SECTION] The [Lvars] block
@@ -377,8 +377,7 @@ bool ReadLvarLine(const char* line) {
 
 // [SECTION] Reading a profile
 
-void ReadAircraftProfileFile(FILE* file, const char* label) {
-    ConfigFileReader reader{file};
+void ReadAircraftProfileFile(ConfigFileReader& reader, const char* label) {
     ConfigLine line;
     bool in_lvars = false;
     while (reader.Next()) {
@@ -425,13 +424,14 @@ void LoadAircraftProfile(const char* name) {
     bool fits = relative_length > 0 && relative_length < static_cast<int>(sizeof relative) &&
                 std::strlen(g_module.RootFolder.data()) + static_cast<size_t>(relative_length) < sizeof path;
     const char* label = relative + std::strlen("\\orb\\Aircraft\\");  // "<name>.cfg" in notes
-    FILE* file = fits ? _fsopen(path, "r", _SH_DENYNO) : nullptr;
+    static ConfigFileReader reader;  // 64 KB: kept off the stack
+    bool opened = fits && reader.Open(path);
     // Absent until the file says otherwise: then the hold speed follows the descent speed.
     g_profile.BestHoldIas = kBestHoldIasAbsent;
-    if (file != nullptr) {
+    if (opened) {
         NoteConfigLine({label, 0, ConfigNote::FileRead, "", "", nullptr});
-        ReadAircraftProfileFile(file, label);
-        std::fclose(file);
+        ReadAircraftProfileFile(reader, label);
+        reader.lines.file.Close();
     } else {
         NoteConfigLine({label, 0, ConfigNote::FileMissing, "", "", nullptr});
     }

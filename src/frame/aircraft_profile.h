@@ -189,7 +189,7 @@ void LoadAircraftProfile(const char* name);
 // The AIRAC line of RootFolder\orb\Navdata\navs.txt into g_airac.
 void ReadAiracLine();
 // Reads a profile's lines from an open file: options and the [Lvars] block.
-void ReadAircraftProfileFile(FILE* file, const char* label);
+void ReadAircraftProfileFile(ConfigFileReader& reader, const char* label);
 // One line of the [Lvars] block, as it stands; false when it made no row.
 bool ReadLvarLine(const char* line);
 // The steps after the file: display modes, limit Mach numbers, performance

@@ -19,6 +19,7 @@
 #include "frame/aircraft_profile.h"
 #include "frame/diagnostic_log.h"
 #include "frame/engine_tick.h"
+#include "frame/entry_guard.h"
 #include "frame/global_config.h"
 #include "frame/input_capture.h"
 #include "frame/module_state.h"
@@ -66,15 +67,15 @@ void GaugeClick(GaugeId id) {
 
 // [SECTION] Trampolines
 namespace {
+// The simulator calls these: no exception goes past them.
 template <int I>
 void FSAPI CallbackTrampoline(GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_data) {
-    GaugeCallback(static_cast<GaugeId>(I), gauge, service_id, extra_data);
+    AtEntry(EntryKind::GaugeCallback, [=] { GaugeCallback(static_cast<GaugeId>(I), gauge, service_id, extra_data); });
 }
 
 template <int I>
 BOOL_SDK FSAPI ClickTrampoline(PIXPOINT*, FLAGS32) {
-    GaugeClick(static_cast<GaugeId>(I));
-    return 0;
+    return AtMouseEntry([] { GaugeClick(static_cast<GaugeId>(I)); });
 }
 
 template <int... I>

@@ -16,11 +16,10 @@
 #include "frame/module_state.h"
 #include "frame/sim_generation.h"
 
-#include <share.h>
-
 #include <charconv>
 #include <climits>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 GlobalConfig g_config;
@@ -128,12 +127,18 @@ bool SplitConfigLine(const char* line, ConfigLine& out) {
     return true;
 }
 
+bool ConfigFileReader::Open(const char* path) {
+    line_number = 0;
+    at_line_start = true;
+    text[0] = 0;
+    return lines.Open(path);
+}
+
 bool ConfigFileReader::Next() {
-    if (file == nullptr) return false;
-    if (std::fgets(text.data(), static_cast<int>(text.size()), file) == nullptr) return false;
+    size_t length = 0;
+    if (!lines.NextPiece(text.data(), text.size(), length)) return false;
     if (at_line_start) ++line_number;
-    size_t length = std::strlen(text.data());
-    at_line_start = length > 0 && text[length - 1] == '\n';
+    at_line_start = text[length - 1] == '\n';
     return true;
 }
 
@@ -320,8 +325,7 @@ void FormatOptionValue(const OptionEntry& entry, char* out, size_t out_size) {
 
 // [SECTION] Reading orb.cfg
 
-void ReadGlobalConfigFile(FILE* file, const char* label) {
-    ConfigFileReader reader{file};
+void ReadGlobalConfigFile(ConfigFileReader& reader, const char* label) {
     ConfigLine line;
     while (reader.Next()) {
         if (!SplitConfigLine(reader.text.data(), line) || line.key[0] == 0) continue;
@@ -339,11 +343,12 @@ void LoadGlobalConfig() {
     // 2-8. The file, if there is one.
     char path[MAX_PATH];
     DataPath("\\orb\\orb.cfg", path, sizeof path);
-    if (FILE* file = _fsopen(path, "r", _SH_DENYNO)) {
+    static ConfigFileReader reader;  // 64 KB: kept off the stack
+    if (reader.Open(path)) {
         NoteConfigLine({"orb.cfg", 0, ConfigNote::FileRead, "", "", nullptr});
-        ReadGlobalConfigFile(file, "orb.cfg");
+        ReadGlobalConfigFile(reader, "orb.cfg");
         // 9. Close.
-        std::fclose(file);
+        reader.lines.file.Close();
     } else {
         NoteConfigLine({"orb.cfg", 0, ConfigNote::FileMissing, "", "", nullptr});
     }

@@ -12,9 +12,10 @@
 //   [SECTION] Notes for orbnav
 #pragma once
 
+#include "navdata/nav_text.h"
+
 #include <array>
 #include <cstddef>
-#include <cstdio>
 #include <span>
 
 // [SECTION] Options
@@ -120,10 +121,12 @@ bool SplitConfigLine(const char* line, ConfigLine& out);
 // Reads lines as fgets does with kConfigLineSize, counting the file's own
 // line numbers (a split long line keeps its number).
 struct ConfigFileReader {
-    FILE* file = nullptr;
+    LineReader lines;                   // the file
     int line_number = 0;                // of the text last read, from 1
     bool at_line_start = true;          // the last read ended a line
     std::array<char, kConfigLineSize> text{};
+    // Opens the file and starts at its first line; false when it doesn't open.
+    bool Open(const char* path);
     bool Next();
 };
 
@@ -192,7 +195,7 @@ std::span<const OptionEntry> GlobalOptionTable();
 
 // Reads orb.cfg's lines from an open file (the steps between open and close);
 // `label` names the file in notes.
-void ReadGlobalConfigFile(FILE* file, const char* label);
+void ReadGlobalConfigFile(ConfigFileReader& reader, const char* label);
 
 // [SECTION] Notes for orbnav
 //

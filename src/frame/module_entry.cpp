@@ -5,13 +5,22 @@
 // gauge of the linkage.
 #include "frame/module_entry.h"
 
+#include "frame/entry_guard.h"
 #include "frame/sim_access.h"
 #include "frame/simconnect_link.h"
 
+namespace {
+template <typename Body>
+void Routine(Body&& body) {
+    AtEntry(EntryKind::GaugeRoutine, body);
+}
+}  // namespace
+
 extern "C" {
 
-void FSAPI ModuleInit(void) { SimConnectOpenAtModuleInit(); }
-void FSAPI ModuleDeinit(void) { SimConnectCloseAtModuleDeinit(); }
+// Each routine the simulator calls stops any exception at its edge.
+void FSAPI ModuleInit(void) { AtEntry(EntryKind::ModuleInit, [] { SimConnectOpenAtModuleInit(); }); }
+void FSAPI ModuleDeinit(void) { AtEntry(EntryKind::ModuleDeinit, [] { SimConnectCloseAtModuleDeinit(); }); }
 
 static ELEMENT_HEADER* FirstGaugeElements() {
     GAUGEHDR* first = Linkage.gauge_header_ptr[0];
@@ -19,12 +28,14 @@ static ELEMENT_HEADER* FirstGaugeElements() {
     return *first->elements_list;
 }
 
-void FSAPI CommonQuery(void) { ElementListQuery(FirstGaugeElements()); }
-void FSAPI CommonInstall(PVOID resource_file_handle) { ElementListInstall(FirstGaugeElements(), resource_file_handle); }
-void FSAPI CommonInitialize(void) { ElementListInitialize(FirstGaugeElements()); }
-void FSAPI CommonUpdate(void) { ElementListUpdate(FirstGaugeElements()); }
-void FSAPI CommonGenerate(UINT32 phase) { ElementListGenerate(FirstGaugeElements(), phase); }
-void FSAPI CommonDraw(void) { ElementListPlot(FirstGaugeElements()); }
-void FSAPI CommonKill(void) { ElementListKill(FirstGaugeElements()); }
+void FSAPI CommonQuery(void) { Routine([] { ElementListQuery(FirstGaugeElements()); }); }
+void FSAPI CommonInstall(PVOID resource_file_handle) {
+    Routine([=] { ElementListInstall(FirstGaugeElements(), resource_file_handle); });
+}
+void FSAPI CommonInitialize(void) { Routine([] { ElementListInitialize(FirstGaugeElements()); }); }
+void FSAPI CommonUpdate(void) { Routine([] { ElementListUpdate(FirstGaugeElements()); }); }
+void FSAPI CommonGenerate(UINT32 phase) { Routine([=] { ElementListGenerate(FirstGaugeElements(), phase); }); }
+void FSAPI CommonDraw(void) { Routine([] { ElementListPlot(FirstGaugeElements()); }); }
+void FSAPI CommonKill(void) { Routine([] { ElementListKill(FirstGaugeElements()); }); }
 
 }  // extern "C"

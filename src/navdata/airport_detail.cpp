@@ -10,8 +10,6 @@
 #include "navdata/procedures.h"
 #include "plan/plan_tables.h"
 
-#include <share.h>
-
 #include <cstdio>
 #include <cstring>
 
@@ -33,9 +31,8 @@ bool FindAirportLine(std::string_view ident, AirportLine& found) {
     for (const char* relative : {"\\orb\\Navdata\\apts.txt", "\\orb\\Navdata\\apts_user.txt"}) {
         char path[MAX_PATH];
         DataPath(relative, path, sizeof path);
-        FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-        if (file == nullptr) continue;
-        LineReader reader(file);
+        static LineReader reader;  // 64 KB: kept off the stack
+        if (!reader.Open(path)) continue;
         size_t length = 0;
         bool hit = false;
         while (reader.Next(found.text.data(), found.text.size(), length)) {
@@ -50,7 +47,7 @@ bool FindAirportLine(std::string_view ident, AirportLine& found) {
             hit = true;
             break;
         }
-        std::fclose(file);
+        reader.file.Close();
         if (hit) return true;
     }
     return false;

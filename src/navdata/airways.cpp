@@ -6,8 +6,6 @@
 #include "navdata/nav_text.h"
 #include "plan/plan_tables.h"
 
-#include <share.h>
-
 #include <cstdio>
 
 AirwayFetchState g_airway;
@@ -54,15 +52,14 @@ void FetchAirway(std::string_view name, bool from_active_plan) {
     // 3-4. Walk the file.
     char path[MAX_PATH];
     DataPath("\\orb\\navdata\\awys.txt", path, sizeof path);
-    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-    if (file == nullptr) return;  // no file: an empty list, no message
-    LineReader reader(file);
+    static LineReader reader;  // 64 KB: kept off the stack
+    if (!reader.Open(path)) return;  // no file: an empty list, no message
     std::array<char, kAirwayLineSize> line{};
     size_t length = 0;
     bool found = false;
     while (reader.Next(line.data(), line.size(), length))
         if (!FetchAirwayLine(std::string_view(line.data(), length), name, reference_fix, found)) break;
-    std::fclose(file);
+    reader.file.Close();
     if (found) {
         g_airway.AirwayPageCount = (g_candidates.count + kAirwayFixesPerPage - 1) / kAirwayFixesPerPage;
         return;

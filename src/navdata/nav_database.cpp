@@ -19,8 +19,6 @@
 #include "guidance/geodesy.h"
 #include "navdata/nav_text.h"
 
-#include <share.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -105,7 +103,7 @@ void ResetBulkTables(size_t pool_bytes_hint) {
         }
     }
     g_navdb.pool.clear();
-    g_navdb.pool.reserve(pool_bytes_hint + 1);
+    g_navdb.pool.reserve(std::min(pool_bytes_hint, kPoolLimit - 1) + 1);
     g_navdb.pool.push_back(0);  // offset 0: the empty text
     g_navdb.airport_warning_written = false;
     g_navdb.navaid_warning_written = false;
@@ -114,13 +112,17 @@ void ResetBulkTables(size_t pool_bytes_hint) {
 
 static uint32_t AddPoolText(std::string_view text) {
     if (text.empty()) return 0;
-    // Offsets are 32-bit; a pool that would pass them keeps the text empty.
-    if (g_navdb.pool.size() + text.size() + 1 > 0xFFFFFFF0u) return 0;
-    if (g_navdb.pool.empty()) g_navdb.pool.push_back(0);
-    size_t offset = g_navdb.pool.size();
+    std::vector<char>& pool = g_navdb.pool;
+    // A pool that would pass its limit keeps the text empty.
+    size_t needed = pool.size() + text.size() + 1;
+    if (needed > kPoolLimit) return 0;
+    // Grown here rather than by insert, so that doubling never takes it past the limit.
+    if (needed > pool.capacity()) pool.reserve(std::min(kPoolLimit, std::max(needed, pool.capacity() * 2)));
+    if (pool.empty()) pool.push_back(0);
+    size_t offset = pool.size();
     // Appended without the zero fill a resize would do first.
-    g_navdb.pool.insert(g_navdb.pool.end(), text.begin(), text.end());
-    g_navdb.pool.push_back(0);
+    pool.insert(pool.end(), text.begin(), text.end());
+    pool.push_back(0);
     return static_cast<uint32_t>(offset);
 }
 
@@ -217,9 +219,8 @@ void LoadBulkColumns(const std::string_view* columns, int n, NavTableId id, Bulk
 }
 
 static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept) {
-    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-    if (file == nullptr) return false;  // a missing file is skipped in silence
-    LineReader reader(file);
+    static LineReader reader;  // 64 KB: kept off the stack
+    if (!reader.Open(path)) return false;  // a missing file is skipped in silence
     // Lines are read where they stand in the reader's chunk; the columns kept
     // for the next line are copied out before the chunk moves.
     const char* chunk_begin = reader.chunk.data();
@@ -244,7 +245,7 @@ static bool LoadBulkFileWith(const char* path, NavTableId id, BulkColumns& kept)
         LoadBulkLine(line, id, kept, true);
     }
     kept.Detach(chunk_begin, chunk_end);
-    std::fclose(file);
+    reader.file.Close();
     return true;
 }
 
@@ -254,15 +255,11 @@ bool LoadBulkFile(const char* path, NavTableId id) {
     return LoadBulkFileWith(path, id, kept);
 }
 
-static long FileBytes(const char* relative) {
+static size_t FileBytes(const char* relative) {
     char path[MAX_PATH];
     DataPath(relative, path, sizeof path);
-    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-    if (file == nullptr) return 0;
-    long bytes = 0;
-    if (std::fseek(file, 0, SEEK_END) == 0) bytes = std::ftell(file);
-    std::fclose(file);
-    return bytes < 0 ? 0 : bytes;
+    uint64_t bytes = DataFileBytes(path);
+    return bytes < kPoolLimit ? static_cast<size_t>(bytes) : kPoolLimit;
 }
 
 void NavaidIndexBuild();
@@ -286,7 +283,7 @@ void LoadNavDatabase() {
     // The pool is reserved once from the files' sizes (the texts kept are a
     // part of them), and trimmed to what was used at the end.
     size_t bytes = 0;
-    for (const Pair& p : kPairs) bytes += static_cast<size_t>(FileBytes(p.main)) + static_cast<size_t>(FileBytes(p.user));
+    for (const Pair& p : kPairs) bytes += FileBytes(p.main) + FileBytes(p.user);
     ResetBulkTables(bytes / 2);
 
     static BulkColumns kept;  // 10 KB: kept off the stack
@@ -636,9 +633,8 @@ void ReadDatabaseCycle() {
     constexpr size_t kCycleLineSize = 200;  // the cycle is looked for in short lines only
     char path[MAX_PATH];
     DataPath("\\orb\\navdata\\navs.txt", path, sizeof path);
-    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-    if (file == nullptr) return;
-    LineReader reader(file);
+    static LineReader reader;  // 64 KB: kept off the stack
+    if (!reader.Open(path)) return;
     std::array<char, kCycleLineSize> line{};
     size_t length = 0;
     while (reader.Next(line.data(), line.size(), length)) {
@@ -661,5 +657,5 @@ void ReadDatabaseCycle() {
         SetText(g_navdb.DatabaseDatesText, dates);
         break;
     }
-    std::fclose(file);
+    reader.file.Close();
 }

@@ -23,6 +23,9 @@ constexpr int kStructLimitWarning = 24998;   // airport and navaid count that wr
 constexpr int kCandidateLimit = 250;         // rows of CandidateList
 constexpr int kNavaidIndexLimit = 74;        // entries of NavaidFirstLetterIndex
 constexpr size_t kBulkLineSize = 1699;       // the bulk load's line buffer
+// Bytes the string pool may take: a world database's texts take about 5 MB;
+// past this a text is kept empty rather than grow the pool without end.
+constexpr size_t kPoolLimit = size_t{64} << 20;
 constexpr int kRunwayLimit = 22;             // runway rows of an airport
 constexpr int kRunwayColumns = 20;           // runway columns read from an apts.txt line
 

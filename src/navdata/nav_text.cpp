@@ -10,9 +10,18 @@
 #include <cstdint>
 #include <cstring>
 
+bool LineReader::Open(const char* path) {
+    position = 0;
+    filled = 0;
+    line_number = 0;
+    skipping = false;
+    at_end = !file.Open(path);
+    return !at_end;
+}
+
 LineReader::Step LineReader::NextView(std::string_view& line, size_t capacity) {
     line = {};
-    if (file == nullptr || capacity == 0) return Step::End;
+    if (capacity == 0) return Step::End;
     const size_t longest = capacity - 1;
     for (;;) {
         const char* start = chunk.data() + position;
@@ -55,19 +64,19 @@ LineReader::Step LineReader::NextView(std::string_view& line, size_t capacity) {
 }
 
 void LineReader::Refill() {
-    if (file == nullptr || at_end) return;
+    if (at_end) return;
     size_t unread = filled - position;
     if (unread > 0 && position > 0) std::memmove(chunk.data(), chunk.data() + position, unread);
     position = 0;
     filled = unread;
-    size_t got = std::fread(chunk.data() + filled, 1, kLineReaderChunk - filled, file);
+    size_t got = file.Read(chunk.data() + filled, kLineReaderChunk - filled);
     if (got == 0) at_end = true;
     filled += got;
 }
 
 bool LineReader::Next(char* line, size_t capacity, size_t& length) {
     length = 0;
-    if (file == nullptr || capacity == 0) return false;
+    if (capacity == 0) return false;
     std::string_view view;
     for (;;) {
         Step step = NextView(view, capacity);
@@ -85,6 +94,31 @@ bool LineReader::Next(char* line, size_t capacity, size_t& length) {
     length = view.size();
     line[length] = 0;
     return true;
+}
+
+bool LineReader::NextPiece(char* piece, size_t capacity, size_t& length) {
+    length = 0;
+    if (piece == nullptr || capacity == 0) return false;
+    piece[0] = 0;
+    if (skipping) return false;  // not mixed with the cutting reads
+    while (length + 1 < capacity) {
+        if (position == filled) {
+            Refill();
+            if (position == filled) break;
+        }
+        size_t room = capacity - 1 - length;
+        size_t available = filled - position;
+        size_t take = available < room ? available : room;
+        const char* start = chunk.data() + position;
+        const void* newline = std::memchr(start, '\n', take);
+        if (newline != nullptr) take = static_cast<size_t>(static_cast<const char*>(newline) - start) + 1;
+        std::memcpy(piece + length, start, take);
+        length += take;
+        position += take;
+        if (newline != nullptr) break;
+    }
+    piece[length] = 0;
+    return length > 0;
 }
 
 namespace {

@@ -7,29 +7,32 @@
 // a line is kept as an ordinary byte, numbers that aren't numbers read 0.
 #pragma once
 
+#include "frame/data_file.h"
+
 #include <array>
 #include <cstddef>
-#include <cstdio>
 #include <string_view>
 
-constexpr size_t kLineReaderChunk = 64 * 1024;  // one fread a chunk: the load is bound by this loop
+constexpr size_t kLineReaderChunk = 64 * 1024;  // one read a chunk: the load is bound by this loop
 constexpr size_t kLineReaderSlack = 64;         // never filled: what a read past the chunk's end finds
 
-// Reads a FILE* line by line into a caller's bounded buffer. The line end
+// Reads a data file line by line into a caller's bounded buffer. The line end
 // ("\n", "\r\n" or a lone "\r" before "\n") is not part of the line.
 // A line is cut to the buffer's capacity - 1 bytes or to the chunk's size,
 // whichever is less; the rest of it is dropped.
 struct LineReader {
-    FILE* file = nullptr;
+    DataFile file;                              // the bytes come from here only
     std::array<char, kLineReaderChunk + kLineReaderSlack> chunk{};  // bytes read ahead, then the slack
     size_t position = 0;                        // next unread byte of chunk
     size_t filled = 0;                          // bytes valid in chunk
-    bool at_end = false;                        // fread returned nothing more
+    bool at_end = false;                        // the file has nothing more
     long line_number = 0;                       // lines handed out so far
 
     bool skipping = false;                      // inside the dropped rest of a cut line
 
-    explicit LineReader(FILE* f) : file(f) {}
+    // Opens the file (see DataFile::Open) and starts at its first line;
+    // false when it doesn't open, and then every read ends at once.
+    bool Open(const char* path);
     // Copies the next line, cut to capacity - 1 bytes, NUL-terminated.
     // Returns false at the end of the file.
     bool Next(char* line, size_t capacity, size_t& length);
@@ -45,6 +48,11 @@ struct LineReader {
     // columns in the same pass, returning their count; otherwise returns -1
     // and takes nothing (NextView then does). Columns as SplitColumns gives.
     int NextShortLine(std::string_view& line, std::string_view* columns, int max_columns);
+    // The next piece of text as fgets gives it: up to capacity - 1 bytes,
+    // ending after the first "\n" when that comes sooner, so that a longer
+    // line comes in several pieces. NUL-terminated; NULs read stay in it.
+    // Returns false at the end of the file.
+    bool NextPiece(char* piece, size_t capacity, size_t& length);
 };
 
 constexpr bool IsColumnBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }

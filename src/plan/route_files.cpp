@@ -219,13 +219,12 @@ void ReadRouteLine(std::string_view line, RouteReadState& state) {
 
 // Reads the whole file into the state's target; false when it can't be opened.
 static bool ReadRouteFile(const char* path, RouteReadState& state) {
-    FILE* file = _fsopen(path, "rb", _SH_DENYNO);
-    if (file == nullptr) return false;
-    LineReader reader(file);
+    static LineReader reader;  // 64 KB: kept off the stack
+    if (!reader.Open(path)) return false;
     std::array<char, kRouteLineSize + 1> line{};
     size_t length = 0;
     while (!state.stop && reader.Next(line.data(), line.size(), length)) ReadRouteLine(std::string_view(line.data(), length), state);
-    std::fclose(file);
+    reader.file.Close();
     return true;
 }
 

@@ -5,24 +5,31 @@
 #include "frame/aircraft_profile.h"
 #include "frame/global_config.h"
 
+#include <unistd.h>
+
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <string>
 
 namespace config_fuzz {
+// The bytes go to a file of their own and are read by the module's reader,
+// as orb.cfg and a profile are.
 inline int ReadConfigBytes(const uint8_t* data, size_t size) {
-    static const char kEmpty[1] = {0};
-    // fmemopen refuses a zero-sized buffer; an empty file is a file of one NUL.
-    const void* bytes = size > 0 ? static_cast<const void*>(data) : kEmpty;
-    size_t length = size > 0 ? size : 1;
+    static const std::string path =
+        (std::filesystem::temp_directory_path() / ("orb-fuzz-config-" + std::to_string(getpid()) + ".cfg")).string();
+    if (FILE* f = std::fopen(path.c_str(), "wb")) {
+        if (size > 0) std::fwrite(data, 1, size, f);
+        std::fclose(f);
+    }
     g_config = {};
     g_profile = {};
     g_lvars = {};
-    if (FILE* file = fmemopen(const_cast<void*>(bytes), length, "r")) {
-        ReadGlobalConfigFile(file, "orb.cfg");
-        std::rewind(file);
-        ReadAircraftProfileFile(file, "fuzz.cfg");
-        std::fclose(file);
-    }
+    static ConfigFileReader reader;
+    if (reader.Open(path.c_str())) ReadGlobalConfigFile(reader, "orb.cfg");
+    if (reader.Open(path.c_str())) ReadAircraftProfileFile(reader, "fuzz.cfg");
+    reader.lines.file.Close();
+    std::remove(path.c_str());
     FinishAircraftProfile();
     // What the reader leaves must stay within its bounds.
     if (g_lvars.count < 0 || g_lvars.count > kLvarRowLimit) __builtin_trap();

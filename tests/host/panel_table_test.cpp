@@ -110,11 +110,11 @@ TEST_F(PanelTableTest, TokensArriveInTheUnitsTheAccessorsConvert) {
 TEST_F(PanelTableTest, KeyEventsAreRecordedAppliedAndHandedToHandlers) {
     aircraft().sim_time = 12.5;
     TriggerKeyEvent(0x101FA, 123);
-    ASSERT_EQ(orbsim::g_host.key_events.size(), 1u);
-    EXPECT_EQ(orbsim::g_host.key_events[0].event, 0x101FAu);
-    EXPECT_EQ(orbsim::g_host.key_events[0].value, 123u);
-    EXPECT_DOUBLE_EQ(orbsim::g_host.key_events[0].time, 12.5);
-    EXPECT_TRUE(orbsim::g_host.key_events[0].from_module);
+    ASSERT_EQ(orbsim::g_host.key_events.total, 1u);
+    EXPECT_EQ(orbsim::g_host.key_events.KeptAt(0).event, 0x101FAu);
+    EXPECT_EQ(orbsim::g_host.key_events.KeptAt(0).value, 123u);
+    EXPECT_DOUBLE_EQ(orbsim::g_host.key_events.KeptAt(0).time, 12.5);
+    EXPECT_TRUE(orbsim::g_host.key_events.KeptAt(0).from_module);
     EXPECT_EQ(aircraft().hdg_bug, 123);
 
     g_handler_log = {};
@@ -125,16 +125,16 @@ TEST_F(PanelTableTest, KeyEventsAreRecordedAppliedAndHandedToHandlers) {
     EXPECT_EQ(g_handler_log.calls, 1);
     EXPECT_EQ(g_handler_log.last_event, 0x10337u);
     EXPECT_EQ(g_handler_log.last_userdata, &userdata);
-    EXPECT_FALSE(orbsim::g_host.key_events.back().from_module);
+    EXPECT_FALSE(orbsim::g_host.key_events.Last().from_module);
     UnregisterKeyEventHandler(&RecordingHandler, &userdata);
     TriggerKeyEvent(0x10019, 0);
     EXPECT_EQ(g_handler_log.calls, 1);
 
     // A handler that sends an event from each event it sees stops at the nesting limit.
     RegisterKeyEventHandler(&EchoingHandler, nullptr);
-    size_t before = orbsim::g_host.key_events.size();
+    uint64_t before = orbsim::g_host.key_events.total;
     TriggerKeyEvent(0x10163, 0);
-    EXPECT_EQ(orbsim::g_host.key_events.size() - before, static_cast<size_t>(orbsim::kMaxKeyEventDepth) + 1);
+    EXPECT_EQ(orbsim::g_host.key_events.total - before, static_cast<uint64_t>(orbsim::kMaxKeyEventDepth) + 1);
     UnregisterKeyEventHandler(&EchoingHandler, nullptr);
 
     // The older generation's table has no handler slots; the module doesn't reach them.

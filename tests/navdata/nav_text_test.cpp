@@ -9,6 +9,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <random>
 #include <string>
@@ -31,11 +33,19 @@ std::vector<std::string> ReferenceLines(const std::string& bytes, size_t capacit
     return lines;
 }
 
+// The bytes as a file of the test's own, opened by a reader.
+std::unique_ptr<LineReader> ReaderOver(const std::string& bytes) {
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string path = std::string(ORB_BINARY_DIR) + "/test-sim/" + info->test_suite_name() + "." + info->name() + ".txt";
+    std::filesystem::create_directories(std::filesystem::path(path).parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+    auto reader = std::make_unique<LineReader>();
+    EXPECT_TRUE(reader->Open(path.c_str()));
+    return reader;
+}
+
 std::vector<std::string> ReaderLines(const std::string& bytes, size_t capacity) {
-    FILE* file = std::tmpfile();
-    std::fwrite(bytes.data(), 1, bytes.size(), file);
-    std::rewind(file);
-    auto reader = std::make_unique<LineReader>(file);
+    auto reader = ReaderOver(bytes);
     std::vector<std::string> lines;
     std::vector<char> buffer(capacity);
     size_t length = 0;
@@ -43,7 +53,6 @@ std::vector<std::string> ReaderLines(const std::string& bytes, size_t capacity) 
         EXPECT_EQ(buffer[length], '\0');
         lines.emplace_back(buffer.data(), length);
     }
-    std::fclose(file);
     return lines;
 }
 
@@ -107,10 +116,7 @@ TEST(NavText, ShortLineScanMatchesPlainSplit) {
         const int max_columns = 1 + round % 6;
         std::vector<std::string> reference_lines = ReferenceLines(bytes, 1699);
 
-        FILE* file = std::tmpfile();
-        std::fwrite(bytes.data(), 1, bytes.size(), file);
-        std::rewind(file);
-        auto reader = std::make_unique<LineReader>(file);
+        auto reader = ReaderOver(bytes);
         size_t index = 0;
         int short_lines = 0;
         for (;;) {
@@ -134,7 +140,6 @@ TEST(NavText, ShortLineScanMatchesPlainSplit) {
             ASSERT_EQ(got, ReferenceColumns(reference_lines[index], max_columns)) << "round " << round << " line " << index;
             ++index;
         }
-        std::fclose(file);
         EXPECT_EQ(index, reference_lines.size());
         EXPECT_GT(short_lines, 100);
     }
