@@ -2,6 +2,7 @@
 // the simulator calls, whether it comes from the simulator's side of a call
 // or from memory that ran out during the load; the module flies on.
 #include "display/control_panels.h"
+#include "frame/diagnostic_log.h"
 #include "frame/entry_guard.h"
 #include "frame/gauge_callback.h"
 #include "frame/module_entry.h"
@@ -21,6 +22,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 // Allocations of this many bytes or more fail, as when the simulator's
 // address space runs out; no limit unless a test sets one.
@@ -50,6 +52,16 @@ void operator delete[](void* p, const std::nothrow_t&) noexcept { std::free(p); 
 
 namespace {
 uint32_t Stopped(EntryKind kind) { return g_entry_guard.stopped[static_cast<size_t>(kind)]; }
+
+// The events whose text holds `part`, in the order they were kept.
+std::vector<std::string> EventsWith(const std::string& part) {
+    std::vector<std::string> found;
+    for (int i = 0; i < g_events.count; ++i) {
+        std::string text = g_events.texts[static_cast<size_t>(i)].data();
+        if (text.find(part) != std::string::npos) found.push_back(text);
+    }
+    return found;
+}
 
 template <typename Fn>
 void PutSlot(FakeSimulator& sim, PanelSlot slot, Fn fn) {
@@ -118,6 +130,12 @@ TEST(EntryGuard, ExceptionsFromTheSimulatorsSideStopAtTheEntry) {
     CommonDraw();
     EXPECT_EQ(Stopped(EntryKind::GaugeRoutine), 2u);
     nd.Service(PANEL_SERVICE_DISCONNECT);
+
+    // Each kind of entry logged its first stop once, however often it stopped.
+    EXPECT_EQ(EventsWith("stopped in mouse handler"),
+              std::vector<std::string>{"Exception 'window toggle' stopped in mouse handler"});
+    EXPECT_EQ(EventsWith("stopped in gauge callback").size(), 1u);
+    EXPECT_EQ(EventsWith("stopped in gauge routine").size(), 1u);
 }
 
 TEST(EntryGuard, MemoryRunningOutDuringTheLoadLeavesTheModuleFlying) {
