@@ -7,7 +7,7 @@
 #include "cdu/plan_data_texts.h"
 #include "frame/module_state.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/route_files.h"
 
 #include <benchmark/benchmark.h>

@@ -2,10 +2,10 @@
 // table at its limit, written by gen_fullsize_db into the build folder):
 // memory the bulk tables hold, load time against the time of merely reading
 // the files line by line, name search, navaid lookup, proximity rebuilds.
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <benchmark/benchmark.h>
 

@@ -21,7 +21,7 @@
 // `orbnav import-xplane`); without one the benchmark skips with a message.
 #include "display/display_frame.h"
 #include "display/display_state.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "guidance/geodesy.h"
 #include "navdata/nav_database.h"

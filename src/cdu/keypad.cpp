@@ -1,7 +1,7 @@
 // keypad.cpp: the keypad families' shared state and the entry line's rules.
 #include "cdu/keypad.h"
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <cstring>
 

@@ -1,7 +1,8 @@
 // plan_data_texts.cpp: the GNS pages' texts and their preset.
 #include "cdu/plan_data_texts.h"
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
+#include "guidance/lnav.h"
 
 PlanDataTexts g_plan_texts;
 
@@ -10,5 +11,5 @@ void PresetPlanDataTexts() {
     for (GnsProcedureTemporaries* page : {&t.GnsDeparture, &t.GnsArrival, &t.GnsApproach})
         for (PlanText* text : {&page->airport, &page->runway, &page->procedure, &page->transition})
             SetText(*text, kNoSelection);
-    SetText(t.DirectToTurnOption, "DEFAULT");
+    SetText(g_lnav.DirectToTurnOption, "DEFAULT");
 }

@@ -1,5 +1,6 @@
-// plan_data_texts.h: the GNS pages' texts of procedure choices not yet made,
-// and the direction text of a GNS Direct-To. The route's own selections
+// plan_data_texts.h: the GNS pages' texts of procedure choices not yet made.
+// The direction text of a GNS Direct-To is LNAV's (it flies it and sets it
+// back to "DEFAULT"). The route's own selections
 // (origin, destination, procedures and their saved twins) live with the plan
 // in PlanContext::Selections. Start-up presets these texts once, when orb.cfg
 // has been read.
@@ -19,10 +20,9 @@ struct PlanDataTexts {
     GnsProcedureTemporaries GnsDeparture;
     GnsProcedureTemporaries GnsArrival;
     GnsProcedureTemporaries GnsApproach;
-    PlanText DirectToTurnOption{};      // "DEFAULT", "LEFT" or "RIGHT"
 };
 
 extern PlanDataTexts g_plan_texts;
 
-// Every GNS temporary to "------", the direction text "DEFAULT".
+// Every GNS temporary to "------", LNAV's Direct-To direction text "DEFAULT".
 void PresetPlanDataTexts();

@@ -10,7 +10,7 @@
 
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_execute.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"

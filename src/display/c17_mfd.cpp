@@ -19,7 +19,7 @@
 #include "display/c17_mfd.h"
 
 #include "frame/diagnostic_log.h"
-#include "frame/gauge_callback.h"
+#include "frame/gauge_layers.h"
 #include "frame/module_state.h"
 #include "frame/sim_access.h"
 

@@ -3,7 +3,7 @@
 #include "display/debug_page.h"
 
 #include "display/traffic.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 
 #include <cstdio>
 

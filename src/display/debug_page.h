@@ -2,7 +2,7 @@
 // (the traffic link, the aircraft's position, the magnetic variation).
 #pragma once
 
-#include "display/display_frame.h"
+#include "display/display_surface.h"
 
 // Design canvas of the page.
 constexpr int kDebugWidth = 330;

@@ -1,5 +1,5 @@
-// display_frame.cpp: the frame every display shares, and the dispatch from a
-// gauge to its family's page.
+// display_frame.cpp: the frame every display shares; it calls the page the
+// families' table gives for the gauge.
 //
 // A frame: graphics object from the layer's context, smoothing, dark screen
 // when the avionics power is off or the picture belongs to the pop-up
@@ -12,11 +12,10 @@
 //   [SECTION] Update-time work
 #include "display/display_frame.h"
 
-#include "display/debug_page.h"
+#include "display/display_families.h"
 #include "display/display_state.h"
-#include "display/nd_b737.h"
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "frame/sim_access.h"
 
@@ -74,13 +73,6 @@ bool IsB737Nd(GaugeId id) {
 }
 }  // namespace
 
-void ResetToDesign(const DisplaySurface& surface) {
-    surface.graphics->ResetTransform();
-    surface.graphics->Scale(surface.scale_x, surface.scale_y);
-}
-
-bool SlowRefreshDue() { return g_tick.slow_refresh < 2; }
-
 // [SECTION] The frame
 void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     // 1. No context, no picture.
@@ -120,8 +112,7 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     }
 
     // 7. The page; the families still to come show their background.
-    if (IsB737Nd(id)) DrawB737Nd(surface);
-    else if (id == GaugeId::DEBUG) DrawDebugPage(surface);
+    if (DisplayPage page = DisplayPageOf(id)) page(surface);
 
     // 8. The objects of the frame go with their scopes.
 }

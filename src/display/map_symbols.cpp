@@ -5,7 +5,7 @@
 // before it returns, so nothing outlives the frame.
 #include "display/map_symbols.h"
 
-#include "display/display_frame.h"
+#include "display/display_surface.h"
 #include "guidance/geodesy.h"
 
 #include <cmath>

@@ -17,7 +17,7 @@
 
 #include "display/display_state.h"
 #include "display/map_symbols.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
 #include "guidance/lnav.h"

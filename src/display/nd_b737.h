@@ -3,7 +3,7 @@
 // centred map and the north-up plan, with their furniture and texts.
 #pragma once
 
-#include "display/display_frame.h"
+#include "display/display_surface.h"
 #include "display/nd_map.h"
 
 // Design canvas and the map geometry of each mode.

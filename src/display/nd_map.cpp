@@ -19,7 +19,7 @@
 
 #include "display/map_symbols.h"
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "guidance/geodesy.h"
 #include "guidance/lnav.h"

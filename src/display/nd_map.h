@@ -8,7 +8,7 @@
 // transform at the design scale when it is done.
 #pragma once
 
-#include "display/display_frame.h"
+#include "display/display_surface.h"
 
 #include "plan/plan_tables.h"
 

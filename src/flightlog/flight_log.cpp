@@ -2,7 +2,7 @@
 // are still to come; their steps do nothing yet.
 #include "flightlog/flight_log.h"
 
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 
 FlightLogState g_flight_log;

@@ -67,9 +67,9 @@ constexpr OptionEntry kProfileOptions[] = {
     Real("DescentIasMin", &g_profile.DescentIasMin),
     Real("DescentIasMax", &g_profile.DescentIasMax),
     Int("CostIndex", &g_profile.CostIndex),
-    Real("ClimbMach", &g_profile.ClimbMach),
-    Real("CruiseMach", &g_profile.CruiseMach),
-    Real("DescentMach", &g_profile.DescentMach),
+    Real("ClimbMach", &g_config.ClimbMach),
+    Real("CruiseMach", &g_config.CruiseMach),
+    Real("DescentMach", &g_config.DescentMach),
     Real("ClbSpdRest", &g_profile.ClbSpdRest),
     Real("ClbAltRest", &g_profile.ClbAltRest),
     Real("DescSpdRest", &g_profile.DescSpdRest),
@@ -499,9 +499,6 @@ void FinishAircraftProfile() {
     ApplyCostIndex();
 
     // 9. A file can't preset the cruise and descent Mach; the climb Mach stays.
-    profile.CruiseMach = 0;
-    profile.DescentMach = 0;
-    g_config.ClimbMach = profile.ClimbMach;
     g_config.CruiseMach = 0;
     g_config.DescentMach = 0;
 

@@ -6,10 +6,9 @@
 // it writes that option in g_config (so the profile wins); only its
 // FlightPlansFolder is a text of its own.
 //
-// The Mach numbers of the speed schedule live here. LoadGlobalConfig starts
-// them from orb.cfg's; LoadAircraftProfile reads the profile's, then sets
-// CruiseMach and DescentMach back to 0 and copies the three into g_config,
-// so both hold the same values once loading is done.
+// The Mach numbers of the speed schedule are such options: they live in
+// g_config alone, and after the profile is read CruiseMach and DescentMach go
+// back to 0 whatever either file set.
 #pragma once
 
 #include "frame/global_config.h"
@@ -45,9 +44,6 @@ struct AircraftProfile {
     int ClimbIasBase = 220;             // a speed still at its base follows the cost index
     int CruiseIasBase = 250;
     int DescentIasBase = 220;
-    double ClimbMach = 0;               // 0: none
-    double CruiseMach = 0;              // 0 after loading: a file can't preset it
-    double DescentMach = 0;             // 0 after loading
     double ClimbMachMin = 0;            // the cost index ranges as Mach at 15000 ft
     double ClimbMachMax = 0;
     double CruiseMachMin = 0;

@@ -31,9 +31,6 @@
 #include <algorithm>
 #include <cmath>
 
-SimState g_sim;
-TickState g_tick;
-
 namespace {
 constexpr int kPhasesPerSecond = 18;
 constexpr int kSlowRefreshPeriod = 0x5B;      // 0..91, about 5.1 s
@@ -179,7 +176,7 @@ void DeferredAutopilotWrites() {
     SimState& s = g_sim;
     TickState& t = g_tick;
     if (t.mach_write_pending > 0) {
-        auto mach = static_cast<UINT32>(g_profile.CruiseMach * 100.0);
+        auto mach = static_cast<UINT32>(g_config.CruiseMach * 100.0);
         TriggerKeyEvent(0x101F6, mach);
         t.last_mach_sent = mach;
         --t.mach_write_pending;

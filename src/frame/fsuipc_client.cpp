@@ -6,7 +6,6 @@
 //   [SECTION] Jobs
 #include "frame/fsuipc_client.h"
 
-#include "flightlog/flight_log.h"
 #include "frame/diagnostic_log.h"
 #include "frame/sim_access.h"
 
@@ -168,7 +167,7 @@ bool OpenForJob() {
 }
 }  // namespace
 
-void ReadInitialLoad() {
+void ReadInitialLoad(double& zero_fuel_weight, double& payload) {
     if (!OpenForJob()) return;
     uint32_t result = 0;
     int32_t zero_fuel_raw = 0;
@@ -176,7 +175,7 @@ void ReadInitialLoad() {
     FsuipcRead(0x3BFC, 4, &zero_fuel_raw, &result);
     FsuipcRead(0x13FC, 4, &stations, &result);
     if (FsuipcProcess(&result)) {
-        g_flight_log.zero_fuel_weight = zero_fuel_raw / 256.0;
+        zero_fuel_weight = zero_fuel_raw / 256.0;
         int count = std::clamp(stations, 0, 61);
         if (count > 0) {
             std::array<double, 61> weights{};
@@ -187,10 +186,10 @@ void ReadInitialLoad() {
                     FsuipcRead(0x1400 + 48 * static_cast<uint32_t>(k), 8, &weights[k], &result);
                 FsuipcProcess(&result);
             }
-            double payload = 0;
+            double sum = 0;
             for (int k = 0; k < count; ++k)
-                if (std::isfinite(weights[k])) payload += weights[k];
-            g_flight_log.payload = payload;
+                if (std::isfinite(weights[k])) sum += weights[k];
+            payload = sum;
         }
     }
     FsuipcClose();

@@ -52,7 +52,10 @@ int FsuipcWrite(uint32_t offset, uint32_t size, const void* data, uint32_t* resu
 int FsuipcProcess(uint32_t* result);
 
 // Jobs.
-void ReadInitialLoad();
+// The aircraft's zero fuel weight and payload, pounds, into the caller's
+// fields (the flight log's); each is written only when it was read, the
+// payload only when the aircraft has load stations.
+void ReadInitialLoad(double& zero_fuel_weight, double& payload);
 void LoadFuel(double pounds);
 void SetTowerViewAt(double latitude, double longitude, double altitude_feet, const char* ident);
 void ReadActiveRunways(const char* airport_ident);

@@ -10,6 +10,7 @@
 
 #include "cdu/cdu_draw.h"
 #include "cdu/keypad.h"
+#include "cdu/plan_data_texts.h"
 #include "display/c17_mfd.h"
 #include "display/control_panels.h"
 #include "display/display_frame.h"
@@ -103,7 +104,11 @@ void StartupOnce(GaugeId id, const char* parameters) {
     // 1. Where the simulator is.
     FindRootFolder();
     // 2. Global configuration (which ends by detecting the generation).
-    if (!g_module.configuration_loaded) LoadGlobalConfig();
+    if (!g_module.configuration_loaded) {
+        LoadGlobalConfig();
+        PresetPlanDataTexts();
+        FlightLogFirstPass(3);
+    }
     // 3. The navigation database.
     if (!skip_database && g_navdb.AirportTable.count == 0) {
         LoadNavDatabase();
@@ -143,22 +148,6 @@ int WorkOutDrawInstance(GaugeId id, const char* parameters) {
         if (own_window_visible && ParamIs(parameters, "VC2")) instance = 3;
     }
     return instance;
-}
-
-ELEMENT_HEADER* LayerElement(GAUGEHDR* gauge, int layer) {
-    if (gauge == nullptr || gauge->elements_list == nullptr) return nullptr;
-    ELEMENT_HEADER* element = *gauge->elements_list;
-    for (int k = 0; element != nullptr && k < layer; ++k)
-        element = element->next_element != nullptr ? element->next_element[0] : nullptr;
-    return element;
-}
-
-void ShowLayer(GAUGEHDR* gauge, int layer, bool shown) {
-    ELEMENT_HEADER* element = LayerElement(gauge, layer);
-    if (element == nullptr) return;
-    FLAGS32 flags = static_cast<FLAGS32>(element->image_flags);
-    flags = shown ? (flags & ~IMAGE_HIDDEN) : (flags | IMAGE_HIDDEN);
-    element->image_flags = static_cast<FLAGS>(flags);
 }
 
 namespace {

@@ -1,6 +1,7 @@
 // gauge_callback.h: what each gauge does at each panel service.
 #pragma once
 
+#include "frame/gauge_layers.h"
 #include "frame/gauge_table.h"
 
 // The callback and the whole-gauge click handler of a gauge.
@@ -14,7 +15,3 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
 void StartupOnce(GaugeId id, const char* parameters);
 int WorkOutDrawInstance(GaugeId id, const char* parameters);
 void SwitchLayers(GaugeId id, GAUGEHDR* gauge);
-
-// Layer k of an instance's chain (0 the first element), or null.
-ELEMENT_HEADER* LayerElement(GAUGEHDR* gauge, int layer);
-void ShowLayer(GAUGEHDR* gauge, int layer, bool shown);

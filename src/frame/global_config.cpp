@@ -9,10 +9,7 @@
 //   [SECTION] Reading orb.cfg
 #include "frame/global_config.h"
 
-#include "cdu/plan_data_texts.h"
-#include "flightlog/flight_log.h"
-#include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "frame/sim_generation.h"
 
@@ -337,8 +334,8 @@ void ReadGlobalConfigFile(ConfigFileReader& reader, const char* label) {
 }
 
 void LoadGlobalConfig() {
-    // 1. The default climb and descent TAS follow the default speeds.
-    DeriveDefaultTas();
+    // 1. The default climb and descent TAS follow the default speeds: the
+    // profile's initial values are worked out so (TasAt15000).
 
     // 2-8. The file, if there is one.
     char path[MAX_PATH];
@@ -352,15 +349,10 @@ void LoadGlobalConfig() {
     } else {
         NoteConfigLine({"orb.cfg", 0, ConfigNote::FileMissing, "", "", nullptr});
     }
-    // The speed schedule starts from orb.cfg's Mach numbers; a profile may change them.
-    g_profile.ClimbMach = g_config.ClimbMach;
-    g_profile.CruiseMach = g_config.CruiseMach;
-    g_profile.DescentMach = g_config.DescentMach;
-
-    // 9-13. Loaded, with or without a file.
+    // 9-13. Loaded, with or without a file. The start-up that called this
+    // presets the pages' texts and runs the flight log's first pass next
+    // (StartupOnce): both stand above the configuration.
     g_module.configuration_loaded = true;
-    PresetPlanDataTexts();
     DetectSimGeneration();
-    FlightLogFirstPass(3);
     g_tick.slow_refresh = 999;
 }

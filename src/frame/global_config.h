@@ -12,7 +12,7 @@
 //   [SECTION] Notes for orbnav
 #pragma once
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <array>
 #include <cstddef>
@@ -36,7 +36,7 @@ struct GlobalConfig {
     int ArmPauseAtDistFromDest = 0;     // distance pause shown armed
     int ArmPauseAtTod = 0;              // pause at top of descent shown armed
     int AutoSetLOCFreq = 0;             // 1: tune the localizer at top of descent
-    double ClimbMach = 0;               // climb Mach for predictions; 0 none (see g_profile)
+    double ClimbMach = 0;               // climb Mach for predictions; 0 none (a profile may set it)
     double CruiseMach = 0;              // cruise Mach for predictions and the Mach write
     int DecLatLonDisp = 0;              // 1: GNS pages show decimal degrees
     double DescentMach = 0;             // descent Mach for predictions
@@ -95,9 +95,10 @@ struct GlobalConfig {
 
 extern GlobalConfig g_config;
 
-// Reads RootFolder\orb\orb.cfg, then marks the configuration loaded, presets
-// the CDU's plan texts, detects the simulator generation, runs the flight
-// log's first pass and asks for a repaint. A missing file leaves the defaults.
+// Reads RootFolder\orb\orb.cfg, then marks the configuration loaded, detects
+// the simulator generation and asks for a repaint. A missing file leaves the
+// defaults. The start-up follows it with the pages' preset texts and the
+// flight log's first pass.
 void LoadGlobalConfig();
 
 // [SECTION] The shared line reader

@@ -12,18 +12,18 @@
 #include "guidance/lnav.h"
 
 #include "flightlog/flight_log.h"
-#include "frame/engine_tick.h"
+#include "frame/data_text.h"
+#include "frame/fsuipc_client.h"
 #include "frame/global_config.h"
 #include "frame/named_variables.h"
 #include "frame/sim_access.h"
+#include "frame/sim_state.h"
 #include "guidance/geodesy.h"
 #include "guidance/holds.h"
 #include "guidance/performance.h"
-#include "cdu/mcu_runway_tuning.h"
-#include "cdu/plan_data_texts.h"
-#include "frame/fsuipc_client.h"
-#include "navdata/airport_extras.h"
+#include "guidance/runway_tuning.h"
 #include "guidance/vnav.h"
+#include "navdata/airport_extras.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"
 
@@ -156,7 +156,7 @@ void SetObs(double course_magnetic) {
 
 void CheckTuneRoute(int kind) {
     if (kind == 1) {
-        TuneMcuRunway();
+        TuneSelectedRunway();
         return;
     }
     int active = ActiveLeg();
@@ -356,7 +356,7 @@ void LnavSequence() {
             }
         } else if (TurnSideTo(l.BearingToActive, s.heading_magnetic.now) == l.ForcedTurnSide) {
             l.ForcedTurnSide = 0;
-            std::snprintf(g_plan_texts.DirectToTurnOption.data(), g_plan_texts.DirectToTurnOption.size(), "DEFAULT");
+            SetText(l.DirectToTurnOption, "DEFAULT");
         }
     } else {
         l.LastHeadingSent = 999;

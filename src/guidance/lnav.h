@@ -35,6 +35,7 @@ struct LnavState {
     double InterceptCourse = 0;         // magnetic, from InterceptStart to the waypoint
     LatLon RabbitPoint;
     int ForcedTurnSide = 0;             // 0 none, else 1 left / 2 right from a Direct-To
+    std::array<char, 8> DirectToTurnOption{'D', 'E', 'F', 'A', 'U', 'L', 'T'};  // "DEFAULT", "LEFT" or "RIGHT"
     double XtkDistance = -99;           // nm
     int XtkSide = 0;
     double TrackAngleError = 0;

@@ -2,7 +2,7 @@
 #include "guidance/performance.h"
 
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
 #include "guidance/lnav.h"

@@ -6,7 +6,7 @@
 #include "guidance/vnav.h"
 #include "navdata/airport_extras.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "navdata/procedures.h"
 #include "plan/plan_tables.h"
 

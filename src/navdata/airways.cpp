@@ -3,7 +3,7 @@
 
 #include "frame/module_state.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_tables.h"
 
 #include <cstdio>

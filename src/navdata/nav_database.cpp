@@ -14,10 +14,10 @@
 #include "navdata/magnetic_model.h"
 
 #include "frame/diagnostic_log.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "guidance/geodesy.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <algorithm>
 #include <cmath>

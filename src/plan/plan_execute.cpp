@@ -16,7 +16,7 @@
 #include "cdu/keypad.h"
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "guidance/holds.h"
@@ -24,7 +24,7 @@
 #include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "navdata/procedures.h"
 #include "plan/plan_tables.h"
 #include "plan/sim_plans.h"
@@ -238,9 +238,9 @@ void PlanErase() {
     if (undo.ClimbIas > 0) p.ClimbIas = undo.ClimbIas;
     if (undo.CruiseIas > 0) p.CruiseIas = undo.CruiseIas;
     if (undo.DescentIas > 0) p.DescentIas = undo.DescentIas;
-    if (undo.ClimbMach > 0) p.ClimbMach = undo.ClimbMach;
-    if (undo.CruiseMach > 0) p.CruiseMach = undo.CruiseMach;
-    if (undo.DescentMach > 0) p.DescentMach = undo.DescentMach;
+    if (undo.ClimbMach > 0) g_config.ClimbMach = undo.ClimbMach;
+    if (undo.CruiseMach > 0) g_config.CruiseMach = undo.CruiseMach;
+    if (undo.DescentMach > 0) g_config.DescentMach = undo.DescentMach;
     pc.Undo = PlanUndoSlots{};  // used: a later ERASE must not put them back again
     // 5. Back to the active plan.
     if (pc.PlanState == 4) pc.PlanState = 3;

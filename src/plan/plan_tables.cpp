@@ -1,7 +1,7 @@
 // plan_tables.cpp: the plan tables and the copies between them.
 #include "plan/plan_tables.h"
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <cstring>
 

@@ -12,7 +12,7 @@
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/diagnostic_log.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/fsuipc_client.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
@@ -23,7 +23,7 @@
 #include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_execute.h"
 #include "plan/sim_plans.h"
 

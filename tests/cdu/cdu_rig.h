@@ -13,7 +13,7 @@
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"
 #include "platform/canvas.h"

@@ -6,7 +6,7 @@
 #include "display/display_frame.h"
 #include "display/display_state.h"
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "frame/global_config.h"
 #include "navdata/nav_database.h"

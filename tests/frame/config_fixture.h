@@ -4,7 +4,7 @@
 
 #include "cdu/plan_data_texts.h"
 #include "frame/aircraft_profile.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 

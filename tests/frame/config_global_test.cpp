@@ -88,8 +88,6 @@ TEST_F(GlobalConfigFile, TextsKeepBlanksAndTheWeightUnitIsUpperCase) {
     EXPECT_EQ(Text(g_config.WeightUnit), "KGS");
     EXPECT_EQ(g_config.DecLatLonDisp, 1);
     EXPECT_DOUBLE_EQ(g_config.CruiseMach, 0.78);
-    // Without a profile the schedule holds orb.cfg's Mach numbers.
-    EXPECT_DOUBLE_EQ(g_profile.CruiseMach, 0.78);
 }
 
 // Every key of the table sets an option of its own: a file that gives each

@@ -1,6 +1,8 @@
 // The line reader that orb.cfg and the profiles share, on the lines users
 // actually write: blanks in the wrong place, stars, long lines, garbage.
 #include "config_fixture.h"
+#include "frame/gauge_callback.h"
+#include "guidance/lnav.h"
 
 #include <climits>
 #include <cmath>
@@ -143,7 +145,7 @@ TEST_F(ConfigFile, AMissingFileLeavesDefaultsAndStillFinishesStartUp) {
     Write("fsx.exe", "");
     Write("ace.exe", "");
     std::filesystem::create_directories(folder_ + "/SimObjects");
-    LoadGlobalConfig();
+    StartupOnce(GaugeId::LNAV, "");  // the start-up's configuration step (LNAV loads no database)
     GlobalConfig defaults;
     EXPECT_DOUBLE_EQ(g_config.WptChgDist, defaults.WptChgDist);
     EXPECT_EQ(g_config.TcasVertRange, 140);
@@ -153,5 +155,5 @@ TEST_F(ConfigFile, AMissingFileLeavesDefaultsAndStillFinishesStartUp) {
     EXPECT_TRUE(g_module.initial_load_done);
     EXPECT_EQ(g_tick.slow_refresh, 999);
     EXPECT_EQ(std::string(g_plan_texts.GnsApproach.transition.data()), "------");
-    EXPECT_EQ(std::string(g_plan_texts.DirectToTurnOption.data()), "DEFAULT");
+    EXPECT_EQ(std::string(g_lnav.DirectToTurnOption.data()), "DEFAULT");
 }

@@ -3,7 +3,7 @@
 // files we may not read, files that grow or shrink while read. And the
 // fgets-like pieces the configuration files are read in, against fgets.
 #include "frame/data_file.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <gtest/gtest.h>
 

@@ -3,9 +3,9 @@
 // event list's bound and cut, and the DEBUG gauge's screen.
 #include "display/traffic.h"
 #include "frame/diagnostic_log.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/module_state.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "navdata/sim_folder.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"

@@ -170,7 +170,7 @@ TEST_F(TickTest, PauseAtTopOfDescentOnce) {
 }
 
 TEST_F(TickTest, DeferredAutopilotWritesGoOutAndAreRemembered) {
-    g_profile.CruiseMach = 0.785;
+    g_config.CruiseMach = 0.785;
     g_profile.DescentIas = 290;
     g_tick.mach_write_pending = 2;
     g_tick.speed_write_pending = 1;

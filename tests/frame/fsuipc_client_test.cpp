@@ -199,7 +199,7 @@ TEST_F(FsuipcTest, JobsEndAtOnceWithoutAServer) {
     FakeSimulatorScope scope;
     server.present = false;
     g_flight_log = {};
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     g_events.count = 0;
     LoadFuel(10000);
     ReadActiveRunways("KSEA");
@@ -215,13 +215,13 @@ TEST_F(FsuipcTest, InitialLoadReadsZeroFuelWeightAndEveryStation) {
     g_flight_log.payload = 42;
     server.PutValue<int32_t>(0x3BFC, 90000 * 256);
     server.PutValue<int32_t>(0x13FC, 0);
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     EXPECT_EQ(g_flight_log.zero_fuel_weight, 90000);
     EXPECT_EQ(g_flight_log.payload, 42);  // no stations: payload left as it was
 
     server.PutValue<int32_t>(0x13FC, 45);
     for (int k = 0; k < 45; ++k) server.PutValue<double>(0x1400 + 48 * k, 100.0 + k);
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     EXPECT_DOUBLE_EQ(g_flight_log.payload, 45 * 100.0 + 44 * 45 / 2.0);
     EXPECT_EQ(g_fsuipc.link.buffer, nullptr);
 }

@@ -1,7 +1,7 @@
 // What the gauges do at the panel services: start-up and its guards, the
 // parameter-string rules, instance logic, the draw step, lamps, clicks.
 #include "cdu/keypad.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/gauge_callback.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"

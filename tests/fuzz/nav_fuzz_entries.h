@@ -4,7 +4,7 @@
 #pragma once
 
 #include "frame/module_state.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "navdata/airways.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"

@@ -1,6 +1,6 @@
 // LNAV: the sequencing thresholds, engaging, the heading sent, radio tuning,
 // and whole flights against a small heading-hold aircraft.
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "frame/sim_access.h"

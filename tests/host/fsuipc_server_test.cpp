@@ -91,19 +91,19 @@ TEST_F(FsuipcServerTest, FuelLoadFillsTheModelsTanksInTheClientsOrder) {
 TEST_F(FsuipcServerTest, InitialLoadReadsZeroFuelWeightAndPayloadStations) {
     aircraft().zfw = 91234.5;
     aircraft().payload = {1000, 2500.25, 0, 4000};
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     EXPECT_NEAR(g_flight_log.zero_fuel_weight, 91234.5, 1.0 / 256);
     EXPECT_DOUBLE_EQ(g_flight_log.payload, 7500.25);
 
     // A full table of stations takes several requests of the small buffer.
     aircraft().payload.assign(61, 100);
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     EXPECT_DOUBLE_EQ(g_flight_log.payload, 6100);
 
     // No stations: the payload stays as it was.
     aircraft().payload.clear();
     aircraft().zfw = 80000;
-    ReadInitialLoad();
+    ReadInitialLoad(g_flight_log.zero_fuel_weight, g_flight_log.payload);
     EXPECT_DOUBLE_EQ(g_flight_log.zero_fuel_weight, 80000);
     EXPECT_DOUBLE_EQ(g_flight_log.payload, 6100);
 }

@@ -2,7 +2,7 @@
 // plan's current fix.
 #include "navdata/sim_folder.h"
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 namespace {
 // J5 in two runs with another airway between them and one behind.

@@ -5,7 +5,7 @@
 
 #include "guidance/geodesy.h"
 #include "guidance/vnav.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 // modified plans, and the route page's rows.
 #include "plan/plan_tables.h"
 
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <gtest/gtest.h>
 

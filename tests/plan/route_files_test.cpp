@@ -4,7 +4,7 @@
 
 #include "cdu/keypad.h"
 #include "guidance/lnav.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_execute.h"
 #include "support/fake_panels.h"
 

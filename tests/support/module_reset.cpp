@@ -8,7 +8,7 @@
 #include "flightlog/flight_log.h"
 #include "frame/aircraft_profile.h"
 #include "frame/diagnostic_log.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
 #include "guidance/holds.h"

@@ -188,9 +188,6 @@ int RunConfig(int argc, char** argv) {
         for (const void* field : global_fields) shared = shared || field == FieldOf(entry);
         if (shared) continue;
         std::string source = SourceOf(entry, "worked out after the file");
-        // The climb Mach starts from orb.cfg's when the profile has none.
-        if (FieldOf(entry) == &g_profile.ClimbMach && source == "default" && orb_cfg_sources.count(&g_config.ClimbMach))
-            source = "orb.cfg:" + std::to_string(orb_cfg_sources[&g_config.ClimbMach].line);
         PrintOption(entry.key, ValueOf(entry), source);
     }
 

@@ -3,7 +3,7 @@
 #include "cmd_nav_common.h"
 #include "command.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <cstring>
 

@@ -4,7 +4,7 @@
 #include "command.h"
 #include "navdata/airways.h"
 #include "navdata/nav_database.h"
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 #include "plan/plan_tables.h"
 
 #include <cstring>

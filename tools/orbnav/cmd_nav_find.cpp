@@ -1,7 +1,7 @@
 // cmd_nav_find.cpp: `orbnav find IDENT`: the candidate list of a name search.
 #include "cmd_nav_common.h"
 #include "command.h"
-#include "frame/engine_tick.h"
+#include "frame/sim_state.h"
 #include "guidance/geodesy.h"
 #include "navdata/nav_database.h"
 

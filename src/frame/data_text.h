@@ -1,4 +1,4 @@
-// nav_text.h: the small text tools every reader of the data files shares:
+// data_text.h: the small text tools every reader of the data files shares:
 // a bounded line reader, column splitting at blanks and tabs, atof/atoi-like
 // number reading and bounded copies into fixed text fields.
 //

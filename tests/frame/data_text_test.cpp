@@ -1,8 +1,8 @@
-// nav_text_test.cpp: the shared text tools against plain, obviously right
+// data_text_test.cpp: the shared text tools against plain, obviously right
 // versions written here: the line reader on files whose lines straddle its
 // chunk, the word-at-a-time column split, and the number reader against the
 // C library's strtod.
-#include "navdata/nav_text.h"
+#include "frame/data_text.h"
 
 #include <gtest/gtest.h>
 

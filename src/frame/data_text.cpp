@@ -1,6 +1,6 @@
-// nav_text.cpp: line reading, column splitting and number reading for the
-// data files. See nav_text.h.
-#include "navdata/nav_text.h"
+// data_text.cpp: line reading, column splitting and number reading for the
+// data files. See data_text.h.
+#include "frame/data_text.h"
 
 #include <emmintrin.h>
 

@@ -1,0 +1,26 @@
+// display_families.cpp: the table of display gauges and their pages; the
+// _NB and _BR twins share their base gauge's page.
+#include "display/display_families.h"
+
+#include "display/debug_page.h"
+#include "display/nd_b737.h"
+
+namespace {
+struct FamilyRow {
+    GaugeId gauge;
+    DisplayPage page;
+};
+
+constexpr FamilyRow kFamilies[] = {
+    {GaugeId::HW_B737_ND, &DrawB737Nd},
+    {GaugeId::HW_B737_ND_BR, &DrawB737Nd},
+    {GaugeId::HW_B737_ND_NB, &DrawB737Nd},
+    {GaugeId::DEBUG, &DrawDebugPage},
+};
+}  // namespace
+
+DisplayPage DisplayPageOf(GaugeId id) {
+    for (const FamilyRow& row : kFamilies)
+        if (row.gauge == id) return row.page;
+    return nullptr;
+}
