@@ -11,7 +11,6 @@
 //   [SECTION] Icon layers and lamps
 #include "display/control_panels.h"
 
-#include "cdu/cdu_mouse.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"
 #include "frame/sim_access.h"

@@ -213,7 +213,7 @@ void RateAndPause() {
         }
     }
     if (g_vnav.tod_passed && g_config.PauseAtDistFromDestOn && !t.distance_pause_done) {
-        double distance = g_lnav.LnavOn ? RouteDistanceToDestination() : DirectDistanceToDestination();
+        double distance = g_lnav.LnavOn ? RouteDistanceToDestination(g_lnav.DistToActive) : DirectDistanceToDestination();
         if (distance >= 0 && distance < g_config.PauseAtDistFromDest) {
             TriggerKeyEvent(0x10019, 0);
             g_config.PauseAtDistFromDestOn = 0;
@@ -261,7 +261,7 @@ void TimeToGo() {
         return;
     }
     double to_active = std::max(0.0, g_lnav.DistToActive) / s.ground_speed * 60.0;
-    double to_destination = RouteDistanceToDestination() / s.ground_speed * 60.0;
+    double to_destination = RouteDistanceToDestination(g_lnav.DistToActive) / s.ground_speed * 60.0;
     t.to_active = SplitMinutes(to_active, true);
     t.to_active_real = SplitMinutes(to_active / rate, true);
     t.to_destination = SplitMinutes(to_destination, false);

@@ -64,14 +64,6 @@ const char* GaugeName(GaugeId id);
 GaugeId GaugeIdByName(const char* name);  // Count when unknown
 constexpr int Index(GaugeId id) { return static_cast<int>(id); }
 
-// The header the module lists for a gauge (the simulator copies it per instance).
-GAUGEHDR& HeaderOf(GaugeId id);
-// Mouse table of a gauge, and its row count without the end-of-table row.
-const MOUSERECT* MouseTableOf(GaugeId id);
-int MouseRowCount(GaugeId id);
-// The layers of a gauge, for tests and for the resource builder.
-int LayerCount(GaugeId id);
-LayerSpec LayerOf(GaugeId id, int layer);
 // Resource number of a layer's bitmap.
 constexpr int kResourceBase = 0x1000;
 constexpr int ResourceIdOf(GaugeId id, int layer) { return kResourceBase + Index(id) * 0x20 + layer; }
@@ -106,3 +98,7 @@ struct MouseAreaList {
 // end-of-parent, the closing end row and the end-of-table row. Returns the
 // row count without the end-of-table row.
 int BuildMouseTable(const MouseAreaList& areas, const PIXBOX& whole, MOUSERECT* rows, int max_rows);
+
+// Pads a list with inert buttons (and knobs, where the count needs them) to
+// the row count of the gauge table, for keys whose pages are still to come.
+void PadMouseAreas(MouseAreaList& areas, int wanted_rows);

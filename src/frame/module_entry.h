@@ -16,6 +16,5 @@ void FSAPI CommonGenerate(UINT32 phase);
 void FSAPI CommonDraw(void);
 void FSAPI CommonKill(void);
 
-extern IMPORT_TABLE ImportTable;
 extern MODULE_LINKAGE Linkage;
 }

@@ -7,7 +7,6 @@
 //   [SECTION] Conversions and accessors
 #include "frame/sim_access.h"
 
-#include "frame/module_entry.h"
 #include "frame/module_state.h"
 
 #include <cmath>

@@ -10,6 +10,12 @@
 #include <cstdint>
 
 // [SECTION] Panel table
+// The module's import table, one of its two exports: the simulator fills its
+// pointer before the first gauge runs (defined with the linkage).
+extern "C" {
+extern IMPORT_TABLE ImportTable;
+}
+
 PANELS* PanelTable();
 // The slot's function, or null when the table or the slot is absent.
 void* PanelSlotFunction(PanelSlot slot);

@@ -5,7 +5,6 @@
 #include "frame/sim_state.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
-#include "guidance/lnav.h"
 #include "plan/plan_tables.h"
 
 #include <algorithm>
@@ -32,10 +31,10 @@ void PredictProfile(int, int) {}
 
 void PlanDistances() {}
 
-double RouteDistanceToDestination() {
+double RouteDistanceToDestination(double distance_to_active) {
     const PlanContext& pc = g_plan.context;
     if (pc.ActiveLastRow < 0 || pc.ActiveLeg == kNoActiveLeg || pc.ActiveLeg > pc.ActiveLastRow) return -1;
-    double total = std::max(0.0, g_lnav.DistToActive);
+    double total = std::max(0.0, distance_to_active);
     // Legs behind the active one; a discontinuity adds nothing, and the leg
     // after it is measured from the row before it.
     int from = pc.ActiveLeg;

@@ -28,8 +28,9 @@ void EnterIsaDeviation(double isa_deviation);
 void PredictProfile(int cruise_altitude, int per_waypoint);
 // The per-tick distance pass (along-route sums, predictions).
 void PlanDistances();
-// nm along the plan from the aircraft to the destination; negative without a plan.
-double RouteDistanceToDestination();
+// nm along the plan from the aircraft to the destination, given the distance
+// to the active waypoint (LNAV's); negative without a plan.
+double RouteDistanceToDestination(double distance_to_active);
 // nm direct from the aircraft to the last row; negative without a plan.
 double DirectDistanceToDestination();
 // The direct distance to the destination as the predictions keep it: refreshed

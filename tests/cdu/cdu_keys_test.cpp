@@ -1,5 +1,6 @@
 // cdu_keys_test.cpp: the Boeing-style keypad's mouse table against its key
 // table and the bezel bitmaps, and the look-up by key name.
+#include "frame/gauge_linkage.h"
 #include "cdu_rig.h"
 
 #include "cdu/cdu_mouse.h"

@@ -5,6 +5,7 @@
 // read back as a text grid.
 #pragma once
 
+#include "frame/gauge_linkage.h"
 #include "cdu/cdu_keys.h"
 #include "cdu/cdu_screen.h"
 #include "cdu/keypad.h"

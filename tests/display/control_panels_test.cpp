@@ -1,6 +1,7 @@
 // The EFIS control panels clicked through their mouse tables, the lamps that
 // follow, the range ladders and mode steps of every family, the common map
 // switches, and the map core's projection and symbol library.
+#include "frame/gauge_linkage.h"
 #include "display/control_panels.h"
 #include "display/map_symbols.h"
 #include "display/nd_map.h"

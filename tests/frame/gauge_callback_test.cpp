@@ -1,5 +1,6 @@
 // What the gauges do at the panel services: start-up and its guards, the
 // parameter-string rules, instance logic, the draw step, lamps, clicks.
+#include "frame/gauge_linkage.h"
 #include "cdu/keypad.h"
 #include "frame/sim_state.h"
 #include "frame/gauge_callback.h"

@@ -1,8 +1,9 @@
 // The gauge list as the simulator reads it: names, header fields, element
 // chains and mouse tables.
 #include "frame/gauge_callback.h"
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 #include "frame/module_entry.h"
+#include "frame/sim_access.h"
 
 #include <gtest/gtest.h>
 

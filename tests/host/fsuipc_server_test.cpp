@@ -3,7 +3,7 @@
 // layer's window calls to the host interface, as in orbsim.
 #include "flightlog/flight_log.h"
 #include "frame/fsuipc_client.h"
-#include "frame/module_entry.h"
+#include "frame/sim_access.h"
 #include "frame/module_state.h"
 #include "../../platform/host_link.h"
 #include "orbsim/host_interface.h"

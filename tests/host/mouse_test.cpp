@@ -1,7 +1,7 @@
 // mouse_test.cpp: clicks through mouse tables as the simulator delivers
 // them: nested parent boxes, child rows in order, their flags, the relative
 // point record, and the module's own tables.
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 #include "guidance/lnav.h"
 #include "orbsim/host_state.h"
 #include "orbsim/mouse.h"

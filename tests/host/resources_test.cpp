@@ -1,6 +1,6 @@
 // resources_test.cpp: layer bitmaps out of the module file: BMP decoding,
 // the ELF section table, the resource table, and the grey stand-in.
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 #include "orbsim/resources.h"
 
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 // resource section and the committed files must list the same ids; and the
 // icon layers must sit on the controls they light or turn.
 #include "display/control_panels.h"
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 #include "make_bitmaps/resource_script.h"
 #include "resource_reader.h"
 #include "resources/panel_layouts.h"

@@ -1,6 +1,8 @@
 // fake_panels.cpp: the fake simulator's panel functions.
 #include "support/fake_panels.h"
 
+#include "frame/sim_access.h"
+
 #include <cstring>
 
 namespace {

@@ -2,6 +2,7 @@
 #include "support/gauge_instance.h"
 
 #include "frame/gauge_callback.h"
+#include "frame/gauge_linkage.h"
 
 #include <cstring>
 

@@ -6,7 +6,7 @@
 // its top are where to restyle the whole set.
 #pragma once
 
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 
 #include <cairo.h>
 

@@ -8,7 +8,7 @@
 #include "bmp_file.h"
 #include "resource_script.h"
 
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 
 #include <cairo.h>
 

@@ -2,7 +2,7 @@
 // C++ table for orbsim, which stands a grey layer of that size in for a bitmap
 // the module does not carry. orbsim itself never links the module's code (it
 // loads the module as the simulator does), so the sizes come through here.
-#include "frame/gauge_table.h"
+#include "frame/gauge_linkage.h"
 
 #include <cstdio>
 
