@@ -1,7 +1,7 @@
 // `orbnav config` as a user runs it, and the sample files shipped in data/sim.
 #include "config_fixture.h"
+#include "support/run_command.h"
 
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <algorithm>
@@ -13,16 +13,8 @@ struct ToolRun {
     std::string out;
 };
 ToolRun Orbnav(const std::string& args) {
-    std::string command = std::string(ORB_BINARY_DIR) + "/orbnav " + args + " 2>&1";
-    ToolRun run{-1, ""};
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
-    int status = pclose(pipe);
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    CommandRun run = RunCommand(std::string(ORB_BINARY_DIR) + "/orbnav " + args + " 2>&1");
+    return {run.code, run.output};
 }
 bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 }  // namespace

@@ -13,10 +13,10 @@
 #include "support/gauge_instance.h"
 #include "support/module_reset.h"
 #include "../platform/canvas.h"
+#include "support/run_command.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
 #include <filesystem>
 #include <fstream>
@@ -251,15 +251,8 @@ OrbsimRun Orbsim(const fs::path& sim, const std::string& script) {
     std::ofstream(sim / "test.orbsim") << script;
     std::string command = std::string(ORB_BINARY_DIR) + "/orbsim --generation 9 --sim '" + sim.string() + "' --out '" +
                           (sim / "out").string() + "' '" + (sim / "test.orbsim").string() + "' 2>&1";
-    OrbsimRun run;
-    std::FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.output.append(buffer, n);
-    int status = pclose(pipe);
-    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    CommandRun run = RunCommand(command);
+    return {run.code, run.output};
 }
 
 fs::path SimulatorFolder() {

@@ -3,6 +3,8 @@
 #include "support/fake_panels.h"
 #include "support/gauge_instance.h"
 
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
 #include <dlfcn.h>
@@ -15,19 +17,9 @@
 #include <string>
 
 namespace {
-std::string RunCommand(const std::string& command) {
-    std::string out;
-    if (FILE* pipe = popen(command.c_str(), "r")) {
-        char line[512];
-        while (std::fgets(line, sizeof line, pipe)) out += line;
-        pclose(pipe);
-    }
-    return out;
-}
-
 std::set<std::string> DefinedDynamicSymbols(const std::string& path) {
     std::set<std::string> names;
-    std::string out = RunCommand("nm -D --defined-only '" + path + "' 2>/dev/null");
+    std::string out = RunCommand("nm -D --defined-only '" + path + "' 2>/dev/null").output;
     size_t start = 0;
     while (start < out.size()) {
         size_t end = out.find('\n', start);
@@ -106,9 +98,9 @@ TEST(ModuleLoad, EveryGaugeGoesThroughTheServices) {
 
 TEST(ModuleLoad, WindowsBuildExportsTwoNamesAndImportsOnlySystemLibraries) {
     std::string dll = std::string(ORB_SOURCE_DIR) + "/build/windows/orb1.gau";
-    if (RunCommand("command -v i686-w64-mingw32-objdump").empty() || access(dll.c_str(), R_OK) != 0)
+    if (RunCommand("command -v i686-w64-mingw32-objdump").output.empty() || access(dll.c_str(), R_OK) != 0)
         GTEST_SKIP() << "no Windows build here (./orb build --windows makes one)";
-    std::string dump = RunCommand("i686-w64-mingw32-objdump -p '" + dll + "'");
+    std::string dump = RunCommand("i686-w64-mingw32-objdump -p '" + dll + "'").output;
     EXPECT_NE(dump.find("file format pei-i386"), std::string::npos);
     // Exports: the name table lists exactly the two.
     size_t table = dump.find("[Ordinal/Name Pointer] Table");

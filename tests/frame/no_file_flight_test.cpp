@@ -2,10 +2,11 @@
 // whose data files have been replaced by things that are no files (folders,
 // devices, pipes). The panel loads, the CDU answers, the aircraft flies on,
 // and orbsim ends normally instead of with the module's crash.
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -48,15 +49,8 @@ protected:
         // A stalled load would hang the test; the limit turns it into a failure.
         std::string command = "timeout 300 " + std::string(ORB_BINARY_DIR) + "/orbsim --sim '" + sim().string() + "' --out '" +
                               (root_ / "out").string() + "' '" + (root_ / "flight.orbsim").string() + "' 2>&1";
-        Outcome outcome;
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return outcome;
-        char buffer[4096];
-        size_t n;
-        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) outcome.output.append(buffer, n);
-        int status = pclose(pipe);
-        outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return outcome;
+        CommandRun run = RunCommand(command);
+        return {run.code, run.output};
     }
 
     fs::path root_;

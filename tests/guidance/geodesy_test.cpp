@@ -4,9 +4,10 @@
 // rough speed conversions.
 #include "guidance/geodesy.h"
 
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cmath>
@@ -431,14 +432,9 @@ TEST(Geodesy, ToBcdMovesDecimalDigitsIntoHexPositions) {
 namespace {
 // Runs orbnav with arguments; returns its exit code and its output (both streams).
 int RunOrbnav(const std::string& args, std::string& output) {
-    std::string command = std::string(ORB_BINARY_DIR) + "/orbnav " + args + " 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return -1;
-    output.clear();
-    char buffer[256];
-    while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) output += buffer;
-    int status = pclose(pipe);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    CommandRun run = RunCommand(std::string(ORB_BINARY_DIR) + "/orbnav " + args + " 2>&1");
+    output = run.output;
+    return run.code;
 }
 }  // namespace
 

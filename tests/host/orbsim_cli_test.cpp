@@ -3,11 +3,11 @@
 // Each test runs on its own scratch copy of data/sim under the build tree,
 // with this build's module in it (the sanitized one in a sanitizer build).
 #include "orbsim/script.h"
+#include "support/run_command.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -48,15 +48,8 @@ protected:
     Outcome Run(const std::string& args) {
         std::string command =
             std::string(ORB_BINARY_DIR) + "/orbsim --sim '" + Sim() + "' --out '" + dir_ + "/out' " + args + " 2>&1";
-        Outcome outcome;
-        std::FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return outcome;
-        char buffer[4096];
-        size_t n;
-        while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) outcome.output.append(buffer, n);
-        int status = pclose(pipe);
-        outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return outcome;
+        CommandRun run = RunCommand(command);
+        return {run.code, run.output};
     }
 
     std::string dir_;

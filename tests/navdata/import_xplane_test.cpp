@@ -1,9 +1,10 @@
 // import_xplane_test.cpp: `orbnav import-xplane` on small hand-written
 // X-Plane files (each mapping choice, the region, bad input) and, when the
 // shared data is present, on the real files for a region.
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <array>
@@ -77,15 +78,8 @@ protected:
     void Write(const std::string& name, const std::string& text) { std::ofstream(base_ / "src" / name, std::ios::binary) << text; }
     Result Run(const std::string& arguments) {
         std::string command = std::string(ORB_BINARY_DIR) + "/orbnav import-xplane " + arguments + " 2>&1";
-        Result r;
-        FILE* pipe = popen(command.c_str(), "r");
-        if (pipe == nullptr) return {-1, "popen failed"};
-        std::array<char, 4096> buffer{};
-        size_t n;
-        while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0) r.output.append(buffer.data(), n);
-        int status = pclose(pipe);
-        r.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return r;
+        CommandRun run = RunCommand(command);
+        return {run.code, run.output};
     }
     Result Import(const std::string& extra = "") { return Run((base_ / "src").string() + " " + (base_ / "dst").string() + " --quiet " + extra); }
     std::string Out(const std::string& name) {

@@ -1,9 +1,10 @@
 // orbnav's inspection commands (stats, find, airport, airway) as a new user
 // meets them: where the simulator folder is looked for, a folder without
 // data, idents typed in lower case. Read-only on the shipped data/sim.
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
-#include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -21,16 +22,8 @@ struct ToolRun {
 
 // Runs orbnav with `args` in the folder `cwd`.
 ToolRun Orbnav(const std::string& args, const fs::path& cwd = ORB_SOURCE_DIR) {
-    std::string command = "cd '" + cwd.string() + "' && " + ORB_BINARY_DIR + "/orbnav " + args + " 2>&1";
-    ToolRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return run;
-    char buffer[4096];
-    size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) run.out.append(buffer, n);
-    int status = pclose(pipe);
-    run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    CommandRun run = RunCommand("cd '" + cwd.string() + "' && " + ORB_BINARY_DIR + "/orbnav " + args + " 2>&1");
+    return {run.code, run.output};
 }
 
 bool Has(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }

@@ -2,6 +2,8 @@
 // script gives a source that holds the section, a bad one stops with the
 // script's name and line and leaves no output behind. make_bitmaps: the whole
 // set or nothing.
+#include "support/run_command.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -14,20 +16,7 @@ namespace {
 
 const std::string kPacker = std::string(ORB_BINARY_DIR) + "/pack_resources";
 
-struct CommandResult {
-    int status;
-    std::string output;
-};
-
-CommandResult RunCommand(const std::string& command) {
-    CommandResult run{-1, {}};
-    FILE* p = popen((command + " 2>&1").c_str(), "r");
-    if (p == nullptr) return run;
-    char buffer[512];
-    while (std::fgets(buffer, sizeof(buffer), p)) run.output += buffer;
-    run.status = pclose(p);
-    return run;
-}
+CommandRun RunTool(const std::string& command) { return RunCommand(command + " 2>&1"); }
 
 void WriteText(const std::string& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
 
@@ -58,8 +47,8 @@ std::string MakeFolder() {
 TEST(PackResources, WritesTheSectionSourceForAGoodScript) {
     std::string dir = MakeFolder();
     WriteText(dir + "/r.rc", "// test\n4097 BITMAP \"b.bmp\"\n4096 BITMAP \"a.bmp\"\n");
-    CommandResult run = RunCommand(kPacker + " --rc " + dir + "/r.rc --out " + dir + "/out.cpp");
-    ASSERT_EQ(run.status, 0) << run.output;
+    CommandRun run = RunTool(kPacker + " --rc " + dir + "/r.rc --out " + dir + "/out.cpp");
+    ASSERT_EQ(run.code, 0) << run.output;
     // Two entries, one shared file: 12 + 2 x 12 + 58 bytes, and the NUL.
     EXPECT_NE(run.output.find("2 bitmaps (1 distinct)"), std::string::npos) << run.output;
     std::stringstream source;
@@ -84,31 +73,31 @@ TEST(PackResources, StopsAtABadScriptOrBitmapAndWritesNothing) {
     };
     for (const Case& c : cases) {
         WriteText(dir + "/r.rc", c.script);
-        CommandResult run = RunCommand(kPacker + " --rc " + dir + "/r.rc --out " + dir + "/out.cpp");
-        EXPECT_NE(run.status, 0) << c.script;
+        CommandRun run = RunTool(kPacker + " --rc " + dir + "/r.rc --out " + dir + "/out.cpp");
+        EXPECT_NE(run.code, 0) << c.script;
         EXPECT_NE(run.output.find(c.expect), std::string::npos) << run.output;
         EXPECT_FALSE(Exists(dir + "/out.cpp")) << c.script;
     }
-    CommandResult help = RunCommand(kPacker + " --help");
-    EXPECT_EQ(help.status, 0);
+    CommandRun help = RunTool(kPacker + " --help");
+    EXPECT_EQ(help.code, 0);
     EXPECT_NE(help.output.find("usage: pack_resources"), std::string::npos);
-    EXPECT_NE(RunCommand(kPacker + " --bogus").status, 0);
+    EXPECT_NE(RunTool(kPacker + " --bogus").code, 0);
     std::system(("rm -rf " + dir).c_str());
 }
 
 TEST(MakeBitmaps, DrawsTheWholeSetOrNothing) {
     // The font library keeps caches until exit, which a leak checker would report.
     const std::string tool = "ASAN_OPTIONS=detect_leaks=0 " + std::string(ORB_BINARY_DIR) + "/make_bitmaps";
-    CommandResult missing = RunCommand(tool + " --resources /nonexistent/resources");
-    EXPECT_NE(missing.status, 0);
+    CommandRun missing = RunTool(tool + " --resources /nonexistent/resources");
+    EXPECT_NE(missing.code, 0);
     EXPECT_NE(missing.output.find("/nonexistent/resources"), std::string::npos) << missing.output;
 
     // A fresh run lists the committed set, file for file and size for size
     // (pixels may differ with the fonts of the machine).
     char dir_template[] = "/tmp/orb_bitmaps_XXXXXX";
     std::string dir = mkdtemp(dir_template);
-    CommandResult run = RunCommand(tool + " --resources " + dir);
-    ASSERT_EQ(run.status, 0) << run.output;
+    CommandRun run = RunTool(tool + " --resources " + dir);
+    ASSERT_EQ(run.code, 0) << run.output;
     std::stringstream fresh, committed;
     fresh << std::ifstream(dir + "/resources.rc").rdbuf();
     committed << std::ifstream(std::string(ORB_SOURCE_DIR) + "/src/resources/resources.rc").rdbuf();
@@ -128,7 +117,7 @@ TEST(MakeBitmaps, DrawsTheWholeSetOrNothing) {
     }
     EXPECT_GT(files, 100);
     // A second run replaces the set whole: no working folders stay behind.
-    ASSERT_EQ(RunCommand(tool + " --resources " + dir).status, 0);
+    ASSERT_EQ(RunTool(tool + " --resources " + dir).code, 0);
     EXPECT_FALSE(Exists(dir + "/bitmaps.new/lnav_0.bmp"));
     EXPECT_FALSE(Exists(dir + "/bitmaps.old/lnav_0.bmp"));
     EXPECT_FALSE(Exists(dir + "/resources.rc.new"));

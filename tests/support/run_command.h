@@ -1,0 +1,12 @@
+// run_command.h: runs one of the project's programs as a user would, from a
+// shell, and keeps what it printed.
+#pragma once
+
+#include <string>
+
+struct CommandRun {
+    int code = -1;                      // exit status; -1 when it did not exit on its own
+    std::string output;                 // what it printed; the command decides whether stderr joins
+};
+
+CommandRun RunCommand(const std::string& command);
