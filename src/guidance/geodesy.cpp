@@ -182,3 +182,6 @@ double EstimatedTrack(double heading_magnetic, const WindTriangle& wind) {
     }
     return track;
 }
+
+// The pilot-waypoint and procedure readers come with the plan editing.
+int RadialIntersection(double, double, double, double, double, double, double&, double&) { return kNoIntersection; }

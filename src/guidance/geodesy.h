@@ -17,6 +17,13 @@ double ModuloPositive(double x, double m);
 double AngleBetween(double a, double b);
 // 1 left, 2 right: the short way from current to target.
 int TurnSideTo(double target, double current);
+// The crossing of two radials, each a point and a true course (360 reads 0),
+// on the sphere: 0 with the crossing in lat, lon, or -99 when the radials
+// don't cross (parallel or coincident). The crossing may be either of the two
+// antipodes; the callers choose.
+constexpr int kNoIntersection = -99;
+int RadialIntersection(double lat1, double lon1, double course1, double lat2, double lon2, double course2,
+                       double& lat, double& lon);
 // A magnetic direction (true less the variation) brought into the system's
 // range: below 0.5 add 360, 360 or above subtract 360. So 0.4 reads 360.4
 // and 360 reads 0.

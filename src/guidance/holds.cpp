@@ -6,21 +6,22 @@ HoldState g_holds;
 
 void HoldStep() {}
 void DeleteHoldsBehind(int) {}
-bool IsFirstHoldFix(int row) { return g_holds.HoldCount > 0 && g_holds.FirstActiveRow == row; }
+bool IsFirstHoldFix(int row) { return g_holds.HoldCount > 0 && g_holds.HoldTable[1].ActiveRow == row; }
 
 void HoldGiveUp() {
-    if (g_holds.HoldCount > 0) g_holds.FirstActiveRow = 0;
+    if (g_holds.HoldCount > 0) g_holds.HoldTable[1].ActiveRow = 0;
     g_holds.HoldFlying = 0;
     g_holds.HoldExitState = 1;
 }
 
+void AddHold(int, int) {}
 void DeleteHold(int, int) {}
 
 void RemoveAllHolds() {
     g_holds.HoldCount = 0;
     g_holds.HoldFlying = 0;
     g_holds.HoldCorner = 0;
-    g_holds.FirstActiveRow = 0;
+    g_holds.HoldTable = {};
 }
 
 void DropUntiedHolds() {}

@@ -2,16 +2,42 @@
 // hold table is flown.
 #pragma once
 
+#include <array>
+
+constexpr int kHoldLimit = 10;          // records of the hold table; the pages stop at 5 a plan
+constexpr int kHoldsPerPlan = 5;
+
+// A pattern corner: 0 the fix ("Fix"), 1..4 "Xwind", "Dwind", "Base", "Final".
+struct HoldCornerPoint {
+    double Latitude = 0;
+    double Longitude = 0;
+    std::array<char, 8> Name{};
+};
+
+struct HoldRecord {
+    std::array<char, 24> Ident{};       // the fix's ident
+    int ActiveRow = 0;                  // ActivePlan row the hold stands at; moves with the rows
+    int ModRow = 0;                     // the same row of ModPlan
+    int TurnRight = 1;                  // 1 right turns, other left
+    double LegDistance = 0;             // nm; in time mode worked out at each step
+    double LegMinutes = 1.0;            // minutes
+    double InboundCourse = 0;           // magnetic degrees
+    int LegMode = 1;                    // 1 LegMinutes decides, 2 LegDistance decides
+    std::array<HoldCornerPoint, 5> Corners{};
+};
+
 struct HoldState {
+    std::array<HoldRecord, kHoldLimit + 1> HoldTable{};  // records 1..HoldCount, in ascending row order
     int HoldCount = 0;                  // records in the hold table
     int HoldFlying = 0;                 // 1: sequencing and LNAV's heading held off once a corner is active
     int HoldCorner = 0;                 // 0 entry, then the pattern's corners
     int HoldExitState = 1;              // 1 "MANUAL", 2 "AUTO", 0 in the pattern, 3 leaving, 4 just deleted
-    int FirstActiveRow = 0;             // plan row of the first record's fix
 };
 
 extern HoldState g_holds;
 
+// A hold at ModPlan row `row` (from the hold page or the legs page).
+void AddHold(int row, int from_page);
 // The hold step of the tick, while the table isn't empty.
 void HoldStep();
 // Deletes every hold whose fix lies behind the active leg.

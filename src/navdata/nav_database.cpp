@@ -26,6 +26,7 @@
 
 NavDatabase g_navdb;
 CandidateList g_candidates;
+PilotWaypointState g_pilot_waypoint;
 ProximitySubsets g_nearby;
 
 // [SECTION] State and row access

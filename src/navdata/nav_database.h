@@ -96,6 +96,17 @@ struct CandidateList {
 
 extern CandidateList g_candidates;
 
+// A pilot waypoint entry between its reading (ResolveName) and its insertion
+// (the plan editing names and places it).
+struct PilotWaypointState {
+    double PbdBearing = -1;                  // magnetic bearing of PLACEbbb/ddd; -1 none
+    double PbdDistance = 0;                  // its distance, nm; 0 none
+    double PbdSecondBearing = -1;            // second bearing of PLACEbbb/PLACEbbb; -1 none
+    NavRecord FirstPlace;                    // that form's first place, from the first pass
+};
+
+extern PilotWaypointState g_pilot_waypoint;
+
 // [SECTION] Airport details
 struct RunwayRecord {
     std::array<char, 8> Ident{};             // designator, "04L"
