@@ -10,6 +10,7 @@
 #include "cdu/cdu_screen.h"
 #include "cdu/keypad.h"
 #include "cdu/route_pages.h"
+#include "display/display_state.h"
 #include "plan/plan_execute.h"
 
 #include <array>
@@ -75,9 +76,8 @@ const char* SmithsPageTitle(int page) {
 
 void SmithsPageDispatcher(HDC hdc, int width, int height) {
     SmithsCduState& s = g_smiths;
-    // The LEGS page's map centre only lives while a map shows PLAN mode; the
-    // maps' PLAN mode comes with the map displays, so none is shown yet.
-    s.PlanCentreIndex = 0;
+    // The LEGS page's map centre only lives while a map shows PLAN mode.
+    if (!AnyNdInPlanMode()) g_display.PlanCentreIndex = 0;
     // A failed graphics object draws nothing, but the page still acts on its keys.
     gdi::Graphics g(hdc);
     g.SetSmoothing(SmoothingModeHighQuality);

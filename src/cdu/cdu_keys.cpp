@@ -7,6 +7,7 @@
 #include "cdu/cdu_keys.h"
 
 #include "cdu/keypad.h"
+#include "display/display_state.h"
 #include "frame/entry_guard.h"
 #include "frame/sim_access.h"
 #include "guidance/holds.h"
@@ -212,7 +213,7 @@ void PressCduKey(const CduKeyBox& key) {
         } else {
             s.CduPage = cdu_page::kRteLegs;
             s.LegsMode = 2;
-            s.PlanCentreIndex = 0;
+            g_display.PlanCentreIndex = 0;
         }
         return;
     case A::Prog:

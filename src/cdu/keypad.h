@@ -13,6 +13,8 @@
 //   [SECTION] Scratchpad and message line
 #pragma once
 
+#include "navdata/nav_database.h"
+
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -77,6 +79,12 @@ struct PageCounter {
 constexpr int kLeftRow6Key = 11;
 constexpr int kRightRow6Key = 12;
 
+// What SELECT WAYPOINT does with the pick: insert it at SelectTargetLine, or
+// (from the LEGS page's row-6 key) make it a direct target or a hold fix.
+constexpr int kSelectForInsert = 0;
+constexpr int kSelectForDirect = 1;
+constexpr int kSelectForHoldAt = 2;
+
 struct SmithsCduState {
     int CduPage = 0;                          // page shown; 0 until the first install sets 25
     std::array<char, kScratchpadCapacity> Scratchpad{};   // the entry line
@@ -107,9 +115,10 @@ struct SmithsCduState {
     int DirectSourceRow = 0;                  // ModPlan index copied in LegsMode 1; 0 none
     int HoldSourceRow = 0;                    // ModPlan index copied in LegsMode 2; 0 none
     int HoldAtPending = 0;                    // 1: the scratchpad holds "HOLD AT " and a fix
+    NavRecord HoldAtCandidate;                // the fix of that "HOLD AT " text
+    int SelectPurpose = 0;                    // what a SELECT WAYPOINT pick is for (kSelectFor...)
     int HoldDeletePending = 0;                // 1: a hold waits for EXEC to be removed
     int HoldDeleteRow = 0;                    // ActivePlan row of that hold
-    int PlanCentreIndex = 0;                  // LEGS entry centring a PLAN map; 0 none
     // Selection flags of the procedure pages: 0 none, 1 chosen, 2 kept from before
     int SidChosen = 0;
     int SidTransitionChosen = 0;

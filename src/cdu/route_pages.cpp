@@ -1,14 +1,21 @@
-// route_pages.cpp: the RTE page and the seams of the other route pages.
+// route_pages.cpp: the RTE page: origin, destination, company route and
+// runway on page 1, the route's VIA/TO lines on pages 2 and up, and the
+// small edit helpers the other route pages share.
 //
 // Index:
 //   [SECTION] Helpers
 //   [SECTION] RTE page 1 entries
 //   [SECTION] RTE pages 2 and up
 //   [SECTION] RTE page
-//   [SECTION] Pages still to come
+//   [SECTION] Shared edit helpers
 #include "cdu/route_pages.h"
 
+#include "guidance/geodesy.h"
 #include "guidance/vnav.h"
+#include "navdata/airways.h"
+#include "navdata/magnetic_model.h"
+#include "plan/plan_edit.h"
+#include "frame/sim_state.h"
 #include "navdata/nav_database.h"
 #include "frame/data_text.h"
 #include "plan/plan_execute.h"
@@ -326,13 +333,213 @@ void DrawRtePageOne(CduScreen& screen) {
 }  // namespace
 
 // [SECTION] RTE pages 2 and up
+bool RouteLineRows(int line, int& first, int& last) {
+    // The lines as BuildRouteRows makes them: a row opens a new line when it
+    // has no Via, another Via than the line, or is a "THEN" row.
+    const PlanContext& pc = g_plan.context;
+    int count = 0;
+    std::string_view line_via;
+    first = last = 0;
+    for (int i = 1; i <= pc.ModLastRow - 1 && i < kPlanRows; ++i) {
+        const PlanWaypoint& row = g_plan.ModPlan[i];
+        std::string_view via = TextOf(row.Via);
+        bool opens = via.empty() || count == 0 || via != line_via || TextOf(row.Ident) == "THEN";
+        if (opens) {
+            if (count == line) return true;  // the line ended at the row before
+            ++count;
+            line_via = via.empty() ? std::string_view("DIRECT") : via;
+            if (count == line) first = i;
+        }
+        if (count == line) last = i;
+    }
+    return count == line && first > 0;
+}
+
+int DeleteRouteLine(int line) {
+    int first = 0, last = 0;
+    if (!RouteLineRows(line, first, last)) return 0;
+    PlanContext& pc = g_plan.context;
+    // The rows close up over the line; the step from an active plan comes
+    // with the removal.
+    BeginPlanEdit();
+    int state = pc.PlanState;
+    CloseRowsTo(first, last + 1);
+    if (state == 3 && pc.PlanState == 3) PlanStateStep();
+    // A SID or STAR whose rows are all gone is no longer chosen.
+    bool sid = false, star = false;
+    for (int i = 0; i <= pc.ModLastRow && i < kPlanRows; ++i) {
+        std::string_view kind = TextOf(g_plan.ModPlan[i].SegmentKind);
+        sid |= kind == "SID" || kind == "SIDSTAR";
+        star |= kind == "STAR" || kind == "SIDSTAR";
+    }
+    PlanSelections& t = pc.Selections;
+    if (!sid) {
+        SetNone(t.SidName);
+        SetNone(t.SidTransition);
+    }
+    if (!star) {
+        SetNone(t.StarName);
+        SetNone(t.StarTransition);
+    }
+    BuildRouteRows();
+    return 1;
+}
+
 namespace {
 bool IsGap(std::string_view name) { return name == "DISCO" || name == "THEN"; }
 
 int FirstRouteLine(int page) { return kRouteLinesPerPage * (page - 2) + 1; }
 
-// The route-editing operations (airways, insertions, joining entries) come
-// with the plan-editing pages; what needs none of them is carried out here.
+// The plan row behind which an entry on route line r goes: its last row, or
+// for the empty line after the last one the row before the destination.
+int RowAfterLine(int line) {
+    int first = 0, last = 0;
+    if (RouteLineRows(line, first, last)) return last;
+    const PlanContext& pc = g_plan.context;
+    bool destination = pc.ModLastRow >= 1 && TextOf(g_plan.ModPlan[pc.ModLastRow].WaypointType) == "APT";
+    return destination ? pc.ModLastRow - 1 : std::max(0, pc.ModLastRow);
+}
+
+// FetchAirway finds its entry fix at ModActiveLeg, and InsertAirway expands
+// behind it: the active leg lends itself as the cursor and is put back,
+// moved by the rows that came in before it.
+struct AirwayCursor {
+    int saved_leg = 0;                        // ModActiveLeg before the entry
+    int saved_last = 0;                       // ModLastRow before the entry
+    int row = 0;                              // the entry fix's row
+    explicit AirwayCursor(int entry_row) {
+        PlanContext& pc = g_plan.context;
+        saved_leg = pc.ModActiveLeg;
+        saved_last = pc.ModLastRow;
+        row = entry_row;
+        pc.ModActiveLeg = entry_row;
+    }
+    void Restore() const {
+        PlanContext& pc = g_plan.context;
+        int moved = pc.ModLastRow - saved_last;
+        int leg = saved_leg;
+        if (leg == kNoActiveLeg) leg = 1;
+        else if (leg > row) leg += moved;
+        pc.ModActiveLeg = std::max(1, leg);
+    }
+};
+
+// The airway `name` fetched with its entry at `entry_row`; false when it
+// doesn't pass that fix.
+bool FetchAirwayAt(std::string_view name, int entry_row) {
+    AirwayCursor cursor(entry_row);
+    char wanted[40];
+    std::snprintf(wanted, sizeof wanted, "#%.*s", static_cast<int>(name.size()), name.data());
+    FetchAirway(wanted);
+    cursor.Restore();
+    return g_candidates.count > 0 && g_airway.AirwayEntryRow > 0;
+}
+
+// The fetched airway from its entry row to `exit_row`, behind `entry_row`.
+void ExpandAirway(int entry_row, int exit_row) {
+    AirwayCursor cursor(entry_row);
+    g_airway.AirwayExitRow = exit_row;
+    InsertAirway();
+    RemoveThenRows();
+    cursor.Restore();
+}
+
+void FinishRouteEntry() {
+    BuildRouteRows();
+    StepAfterPlanChange();
+    ClearScratchpad();
+}
+
+// VIA on line r: an airway from the previous line's fix.
+void EnterVia(int line, std::string_view text) {
+    if (line == 1) {
+        SetCduMessage(cdu_message::kInvalidEntry);  // an airway needs a fix to start from
+        return;
+    }
+    int entry_first = 0, entry_row = 0;
+    if (!RouteLineRows(line - 1, entry_first, entry_row)) {
+        SetCduMessage(cdu_message::kInvalidEntry);
+        return;
+    }
+    BeginPlanEdit();
+    if (!FetchAirwayAt(text, entry_row)) {
+        SetCduMessage(cdu_message::kInvalidEntry);
+        return;
+    }
+    // The line's own fix on the airway: the line becomes the airway to it.
+    int first = 0, last = 0;
+    bool has_line = RouteLineRows(line, first, last);
+    int exit_row = has_line ? FindInCandidates(TextOf(g_plan.ModPlan[last].Ident)) : 0;
+    if (exit_row > 0 && exit_row != g_airway.AirwayEntryRow) {
+        int entry = g_airway.AirwayEntryRow;
+        DeleteRouteLine(line);
+        // The deletion may have changed the list's reading of the plan; the
+        // fetch stands as it was, its rows are still the airway's.
+        g_airway.AirwayEntryRow = entry;
+        ExpandAirway(entry_row, exit_row);
+    } else {
+        AirwayCursor cursor(entry_row);
+        InsertThen(entry_row + 1);
+        cursor.Restore();
+    }
+    FinishRouteEntry();
+}
+
+// TO on line r.
+void EnterTo(int line, std::string_view text) {
+    const RouteRowList& rows = g_route_rows;
+    bool has_line = line <= rows.count && line <= kRouteRowLimit;
+    std::string_view own = has_line ? TextOf(rows.rows[line].ToWaypoint) : std::string_view{};
+    if (has_line && text == own) {
+        SetCduMessage(cdu_message::kInvalidEntry);
+        return;
+    }
+    int row = RowAfterLine(line);
+    // The exit fix of an airway being entered: the stretch comes in, and a
+    // later row of the same fix, now a repeat, goes.
+    if (has_line && own == "THEN") {
+        std::array<char, 16> airway = g_plan.ModPlan[row].Via;
+        int exit_row = FetchAirwayAt(TextOf(airway), row - 1) ? FindInCandidates(text) : 0;
+        if (exit_row == 0 || exit_row == g_airway.AirwayEntryRow) {
+            SetCduMessage(cdu_message::kInvalidEntry);
+            ClearScratchpad();
+            return;
+        }
+        BeginPlanEdit();
+        ExpandAirway(row - 1, exit_row);
+        int expanded = FindPlanRowFrom(text, row);
+        int repeat = expanded > 0 ? FindPlanRowFrom(text, expanded + 1) : 0;
+        if (repeat > 0) CloseRowsTo(expanded + 1, repeat + 1);
+        FinishRouteEntry();
+        return;
+    }
+    // A fix further down: what lies between goes.
+    int later = FindPlanRowFrom(text, has_line ? row : row + 1);
+    if (later > 0) {
+        BeginPlanEdit();
+        CloseRowsTo(has_line ? row : row + 1, later);
+        FinishRouteEntry();
+        return;
+    }
+    // A waypoint by name, after the line's fix.
+    int found = ResolveName(0, text);
+    if (found == 0) {
+        SetCduMessage(cdu_message::kNotInDatabase);
+        return;
+    }
+    if (found > 1) {
+        g_smiths.ReturnPage = cdu_page::kRte;
+        g_smiths.SelectTargetLine = row + 1;
+        g_smiths.SelectPurpose = kSelectForInsert;
+        g_smiths.select.page = 1;
+        g_smiths.CduPage = cdu_page::kSelectWaypoint;
+        return;
+    }
+    BeginPlanEdit();
+    InsertFirstCandidate(row + 1);
+    FinishRouteEntry();
+}
+
 void RouteLinesKey(int key, int page) {
     std::string_view text = ScratchpadText();
     if (key == kRightRow6Key) {
@@ -343,6 +550,8 @@ void RouteLinesKey(int key, int page) {
     bool to_column = key > kRouteLinesPerPage;
     int line = FirstRouteLine(page) + (key - 1) % kRouteLinesPerPage;
     bool has_line = line <= g_route_rows.count && line <= kRouteRowLimit;
+    // No line on this key, and not the empty line that takes a new one.
+    if (line > g_route_rows.count + 1 || line > kRouteRowLimit) return;
     if (to_column) {
         if (DeleteArmed()) {
             SetCduMessage(cdu_message::kInvalidDelete);
@@ -352,15 +561,18 @@ void RouteLinesKey(int key, int page) {
             if (has_line) SetScratchpad(TextOf(g_route_rows.rows[line].ToWaypoint));
             return;
         }
-        if (has_line && text == TextOf(g_route_rows.rows[line].ToWaypoint)) {
-            SetCduMessage(cdu_message::kInvalidEntry);
-            return;
-        }
-        if (ResolveName(0, text) == 0) SetCduMessage(cdu_message::kNotInDatabase);
+        EnterTo(line, text);
         return;
     }
-    // VIA: an airway needs a fix to start from.
-    if (!DeleteArmed() && !text.empty() && line == 1) SetCduMessage(cdu_message::kInvalidEntry);
+    if (DeleteArmed()) {
+        if (DeleteRouteLine(line) == 0)
+            SetCduMessage(cdu_message::kInvalidDelete);
+        else
+            ClearCduMessage();
+        return;
+    }
+    if (text.empty()) return;
+    EnterVia(line, text);
 }
 
 void DrawRouteLines(CduScreen& screen, int page) {
@@ -378,19 +590,21 @@ void DrawRouteLines(CduScreen& screen, int page) {
             break;
         }
         const RouteRow& row = rows.rows[line];
-        std::string_view next_airway = line + 1 <= rows.count && line + 1 <= kRouteRowLimit
-                                           ? TextOf(rows.rows[line + 1].Airway)
-                                           : std::string_view{};
-        if (IsGap(next_airway)) {
-            screen.Value(TextOf(row.Airway) == "DISCO" ? kNoValue6 : TextOf(row.Airway), 0, y);
+        std::string_view to = TextOf(row.ToWaypoint);
+        std::string_view airway = TextOf(row.Airway);
+        if (to == "THEN") {
+            // An airway waiting for its exit fix.
+            screen.Value(airway == "DISCO" ? kNoValue6 : airway, 0, y);
             screen.Label("THEN", kThenX, y - 11);
             screen.BoxPrompt(kDestinationLabelX, y);
-        } else if (IsGap(TextOf(row.ToWaypoint))) {
+        } else if (IsGap(to)) {
+            // A gap: the next fix closes it.
             screen.Label("- -   R O U T E    D I S C O N T I N U I T Y  -", 0, y - 11);
             screen.Value(kNoValue6, 0, y);
+            screen.BoxPrompt(kDestinationLabelX, y);
         } else {
-            screen.Value(TextOf(row.Airway), 0, y);
-            screen.Value(TextOf(row.ToWaypoint), kCduRightEdge, y, gdi::TextAlign::Right);
+            screen.Value(airway, 0, y);
+            screen.Value(to, kCduRightEdge, y, gdi::TextAlign::Right);
         }
     }
 }
@@ -425,29 +639,51 @@ void RtePage(CduScreen& screen) {
         DrawRouteLines(screen, s.rte.page);
 }
 
-// [SECTION] Pages still to come
-// Their keys already lead here; each shows its title until its lines come.
-void RteLegsPage(CduScreen& screen) {
-    SmithsCduState& s = g_smiths;
-    int state = g_plan.context.PlanState;
-    if (s.LegsEntryLatch && (state == 0 || state == 3)) BeginModification();
-    screen.Title("RTE    LEGS");
+// [SECTION] Shared edit helpers
+void BeginPlanEdit() {
+    if (g_plan.context.PlanState == 3) BeginModification();
 }
 
-void SelectWaypointPage(CduScreen& screen) { screen.Title("SELECT WAYPOINT", 40); }
-
-void DeparturesPage(CduScreen& screen) {
-    char title[48];
-    std::snprintf(title, sizeof title, "%s DEPARTURES", g_plan.context.Selections.OriginName.data());
-    screen.Title(title, 25);
+int FindPlanRowFrom(std::string_view name, int from) {
+    const PlanContext& pc = g_plan.context;
+    if (name.empty()) return 0;
+    for (int i = std::max(0, from); i <= pc.ModLastRow && i < kPlanRows; ++i)
+        if (TextOf(g_plan.ModPlan[i].Ident) == name) return i;
+    return 0;
 }
 
-void ArrivalsPage(CduScreen& screen) {
-    char title[48];
-    std::snprintf(title, sizeof title, "%s ARRIVALS", g_plan.context.Selections.DestinationName.data());
-    screen.Title(title, 40);
+void KeepOnlyCandidate(int row) {
+    CandidateList& c = g_candidates;
+    if (row < 1 || row > c.count || row > kCandidateLimit) return;
+    c.rows[1] = c.rows[row];
+    c.count = 1;
+    c.selected = 1;
 }
 
-void DepArrIndexPage(CduScreen& screen) { screen.Title("DEP/ARR INDEX"); }
+double MagneticLegCourse(double from_latitude, double from_longitude, double to_latitude, double to_longitude) {
+    double distance = 0, bearing = 0;
+    GreatCircle(from_latitude, from_longitude, to_latitude, to_longitude, distance, bearing);
+    double course = bearing - g_sim.magnetic_variation;
+    if (course < 0.5) course += 360;
+    if (course >= 360.5) course -= 360;
+    return course;
+}
 
-void RteHoldPage(CduScreen& screen) { screen.Title("RTE        HOLD"); }
+void ChooseDirectTarget(int row) {
+    PlanContext& pc = g_plan.context;
+    if (row < 1 || row > pc.ModLastRow || row >= kPlanRows) return;
+    // The target waits for EXEC as the modification's active leg.
+    BeginPlanEdit();
+    if (pc.PlanState == 3) PlanStateStep();
+    pc.ModActiveLeg = row;
+    PlanWaypoint& target = g_plan.ModPlan[row];
+    if (target.InboundCourse <= kNoCourse) {
+        // The course into the row, from the row before it; the intercept may change it.
+        int before = row - 1;
+        while (before > 0 && IsDiscontinuity(g_plan.ModPlan[before])) --before;
+        const PlanWaypoint& from = g_plan.ModPlan[before];
+        target.InboundCourse = MagneticLegCourse(from.Latitude, from.Longitude, target.Latitude, target.Longitude);
+    }
+    g_smiths.DirectPending = 1;
+    g_smiths.DirectSourceRow = 0;
+}

@@ -80,8 +80,10 @@ struct DisplayState {
     std::array<MapSwitches, kMapFamilyCount> switches{};
     int AtcBoundariesShown = 0;         // 1: ATC boundaries on the maps
     int md80_boundaries_lamp = 0;       // the MD-80 panel's lamp, flipped with it
-    // LEGS page's PLAN-mode centre: a row of ActivePlan; 0 = the active waypoint.
-    int PlanCentreRow = 0;
+    // The LEGS page's PLAN-mode centre: the plan row (of the plan LEGS shows)
+    // whose entry carries "<CTR>" and that the PLAN maps centre on; 0 = none,
+    // then the active waypoint. The CDU steps it; the maps only read it.
+    int PlanCentreIndex = 0;
 };
 
 extern DisplayState g_display;

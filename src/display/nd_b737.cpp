@@ -67,16 +67,11 @@ MapView B737MapView(const DisplaySurface& surface) {
     view.MapCentreLatitude = g_sim.latitude;
     view.MapCentreLongitude = g_sim.longitude;
     if (view.plan_mode) {
-        // The LEGS page's centre row, else the active waypoint, else the aircraft.
-        const PlanContext& pc = g_plan.context;
-        int row = g_display.PlanCentreRow;
-        if (row <= 0 || row > pc.ActiveLastRow || row >= kPlanRows) {
-            MapGuidance guidance = ReadMapGuidance();
-            row = guidance.has_active ? guidance.active_row : -1;
-        }
-        if (row >= 0 && !IsMapGap(g_plan.ActivePlan[static_cast<size_t>(row)].Ident.data())) {
-            view.MapCentreLatitude = g_plan.ActivePlan[static_cast<size_t>(row)].Latitude;
-            view.MapCentreLongitude = g_plan.ActivePlan[static_cast<size_t>(row)].Longitude;
+        // The LEGS page's centre entry, else the active waypoint, else the aircraft.
+        double latitude = 0, longitude = 0;
+        if (PlanMapCentre(latitude, longitude)) {
+            view.MapCentreLatitude = latitude;
+            view.MapCentreLongitude = longitude;
         }
     }
     return view;

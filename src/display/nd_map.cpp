@@ -17,6 +17,7 @@
 //   [SECTION] Heading bug digits
 #include "display/nd_map.h"
 
+#include "display/display_state.h"
 #include "display/map_symbols.h"
 #include "frame/aircraft_profile.h"
 #include "frame/sim_state.h"
@@ -107,6 +108,32 @@ MapGuidance ReadMapGuidance() {
     m.intercept_latitude = g_lnav.InterceptStart.lat;
     m.intercept_longitude = g_lnav.InterceptStart.lon;
     return m;
+}
+
+bool PlanMapCentre(double& latitude, double& longitude) {
+    // The centre entry, in the plan the LEGS page numbers it by.
+    const PlanContext& pc = g_plan.context;
+    bool modified = pc.PlanState == 4;
+    const PlanTable& plan = modified ? g_plan.ModPlan : g_plan.ActivePlan;
+    int last = modified ? pc.ModLastRow : pc.ActiveLastRow;
+    int row = g_display.PlanCentreIndex;
+    // No centre entry (or one the plan no longer has): the active waypoint.
+    if (row <= 0 || row > last || row >= kPlanRows) {
+        MapGuidance guidance = ReadMapGuidance();
+        if (!guidance.has_active) return false;
+        row = guidance.active_row;
+        if (row < 0 || row > pc.ActiveLastRow || row >= kPlanRows) return false;
+        const PlanWaypoint& active = g_plan.ActivePlan[static_cast<size_t>(row)];
+        if (IsMapGap(active.Ident.data())) return false;
+        latitude = active.Latitude;
+        longitude = active.Longitude;
+        return true;
+    }
+    const PlanWaypoint& centre = plan[static_cast<size_t>(row)];
+    if (IsMapGap(centre.Ident.data())) return false;
+    latitude = centre.Latitude;
+    longitude = centre.Longitude;
+    return true;
 }
 
 // [SECTION] Object layers

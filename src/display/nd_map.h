@@ -54,6 +54,11 @@ struct MapGuidance {
     double intercept_longitude = 0;
 };
 MapGuidance ReadMapGuidance();
+// The centre of a PLAN map: the LEGS page's centre entry (PlanCentreIndex, a
+// row of the plan that page shows: ModPlan while a modification waits,
+// ActivePlan otherwise), else the active waypoint. False when neither is a
+// place (no plan, or a gap row): the map then centres on the aircraft.
+bool PlanMapCentre(double& latitude, double& longitude);
 
 // [SECTION] Layers
 struct ObjectLayerStyle {

@@ -420,13 +420,13 @@ TEST(NdRoute, PlanModeShowsTheWholePlanNorthUpWithoutNavaidsAt320) {
     EXPECT_GT(eph->box.layout_x, centre->box.layout_x);
     EXPECT_LT(eph->box.layout_y, centre->box.layout_y);
 
-    // The LEGS page's centre row moves the map.
-    g_display.PlanCentreRow = 3;
+    // The LEGS page's centre entry moves the map.
+    g_display.PlanCentreIndex = 3;
     Frame stepped = DrawNd();
     EXPECT_NEAR(stepped.Find("EPH")->box.layout_y, SurfaceY(171 - 7), 2);
 
     // With no active waypoint the map centres on the aircraft (and draws no route).
-    g_display.PlanCentreRow = 0;
+    g_display.PlanCentreIndex = 0;
     g_plan.context.ActiveLeg = kNoActiveLeg;
     DisplaySurface surface;
     surface.scale_x = surface.scale_y = 1;
