@@ -156,4 +156,31 @@ inline std::string Idents(const PlanTable& plan, int last) {
     return out;
 }
 
+// A stored route loaded on RTE by its name, activated and executed: the
+// plan active (PlanState 3), flown from its first leg.
+inline void ExecuteCompanyRoute(CduRig& cdu, const char* route) {
+    cdu.PressAndFrame("RTE");
+    cdu.Type(route);
+    cdu.PressAndFrame("LSK2L");
+    cdu.PressAndFrame("LSK6R");
+    cdu.PressAndFrame("EXEC");
+}
+
+// DEL then SP: the quick way to an empty entry line and no message.
+inline void ClearEntry(CduRig& cdu) {
+    cdu.Press("DEL");
+    cdu.Press("SP");
+}
+
+// The text row of the screen grid whose strings contain `text`, or "".
+inline std::string RowWith(const CduRig& cdu, const std::string& text) {
+    std::string screen = cdu.Screen();
+    size_t at = screen.find(text);
+    if (at == std::string::npos) return "";
+    size_t begin = screen.rfind('\n', at);
+    size_t end = screen.find('\n', at);
+    begin = begin == std::string::npos ? 0 : begin + 1;
+    return screen.substr(begin, end - begin);
+}
+
 }  // namespace cdu_test
