@@ -90,7 +90,7 @@ void SelectWaypointPage(CduScreen& screen) {
         float y = CduValueY(n);
         screen.Value(line, kSelectNameX, y);
         char lat[20], lon[20];
-        FormatLatLon(r.Latitude, -r.Longitude, lat, sizeof lat, lon, sizeof lon, 0);
+        FormatLatLon(r.Latitude, -r.Longitude, lat, sizeof lat, lon, sizeof lon, 1);
         std::snprintf(line, sizeof line, "%-12s %-12s", lat, lon);
         screen.Label(line, kSelectPositionX, y + kSelectPositionDrop);
     }

@@ -53,3 +53,32 @@ TEST(CduScreenReference, RtePageOfAModifiedRoute) {
     cdu.PressAndFrame("LSK1L");
     ExpectScreen(cdu, "rte_modified");
 }
+
+TEST(CduScreenReference, LegsPagesOfAnActiveRoute) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    cdu.PressAndFrame("LEGS");
+    ExpectScreen(cdu, "legs_active");
+    cdu.PressAndFrame("NEXT_PAGE");
+    ExpectScreen(cdu, "legs_active_page2");
+    cdu.PressAndFrame("PREV_PAGE");
+    cdu.PressAndFrame("DIR_INTC");
+    ExpectScreen(cdu, "legs_direct");
+    cdu.PressAndFrame("LSK4L");
+    cdu.PressAndFrame("LSK6L");
+    ExpectScreen(cdu, "legs_direct_pending");
+    cdu.PressAndFrame("HOLD");
+    ExpectScreen(cdu, "legs_hold");
+}
+
+TEST(CduScreenReference, SelectWaypointAndTheIndex) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    cdu.PressAndFrame("LEGS");
+    cdu.Type("BATKY");
+    cdu.PressAndFrame("LSK3L");
+    cdu.Frame();
+    ExpectScreen(cdu, "select_waypoint");
+    cdu.PressAndFrame("DEP_ARR");
+    ExpectScreen(cdu, "dep_arr_index");
+}
