@@ -62,8 +62,10 @@ TEST(RteLines, AirwaysDirectFixesAndTheThenLine) {
     Enter(cdu, "V120", "LSK3L");
     EXPECT_EQ(Message(), "");
     EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH THEN KGEG");
-    std::string then_row = RowWith(cdu, "THEN");
-    EXPECT_NE(then_row.find("V120"), std::string::npos) << cdu.Screen();
+    EXPECT_EQ(RouteLine(3), "V120 THEN");
+    EXPECT_TRUE(cdu.ScreenHas("THEN"));
+    EXPECT_NE(RowWith(cdu, "V120"), "") << cdu.Screen();
+    EXPECT_EQ(RowWith(cdu, "V120").find("THEN"), std::string::npos) << "boxes, not the place-holder's name";
     // A fix off the airway is refused and the line is emptied.
     Enter(cdu, "ELMAA", "LSK3R");
     EXPECT_EQ(Message(), "INVALID ENTRY");
