@@ -337,3 +337,26 @@ TEST(LegsPage, StepMovesTheCentreEntryAndThePlanMapFollows) {
     cdu.PressAndFrame("LSK6R");
     EXPECT_EQ(g_smiths.CduPage, 22);
 }
+
+TEST(LegsPage, TheTwinGaugeBuildsActivatesAndEditsTheSameRoute) {
+    CduRig cdu(GaugeId::SMITHS_FMS_BR);
+    cdu.PressAndFrame("RTE");
+    cdu.Type("KSEAKGEG");
+    cdu.PressAndFrame("LSK2L");
+    ASSERT_EQ(g_plan.context.PlanState, 1);
+    // A route being built: LEGS shows it and ACTIVATE there too.
+    cdu.PressAndFrame("LEGS");
+    EXPECT_TRUE(cdu.ScreenHas("ACTIVATE >"));
+    cdu.Type("FL350");
+    cdu.PressAndFrame("LSK3R");
+    EXPECT_DOUBLE_EQ(g_plan.ModPlan[3].Altitude, 35000);
+    EXPECT_EQ(g_plan.context.PlanState, 1) << "a route being built stays so";
+    cdu.PressAndFrame("LSK6R");
+    EXPECT_EQ(g_plan.context.PlanState, 2);
+    EXPECT_TRUE(cdu.ExecLit());
+    EXPECT_TRUE(cdu.ScreenHas("RTE DATA >"));
+    cdu.PressAndFrame("EXEC");
+    EXPECT_DOUBLE_EQ(g_plan.ActivePlan[3].Altitude, 35000);
+    cdu.PressAndFrame("LSK6R");  // RTE DATA
+    EXPECT_EQ(g_smiths.CduPage, 22);
+}

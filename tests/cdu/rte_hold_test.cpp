@@ -4,6 +4,7 @@
 // it, EXIT HOLD at the next EXEC, and the limit of five a plan.
 #include "cdu_rig.h"
 
+#include "frame/sim_state.h"
 #include "guidance/holds.h"
 #include "plan/plan_execute.h"
 
@@ -137,4 +138,59 @@ TEST(RteHold, NextHoldGoesAtTheFifth) {
     cdu.PressAndFrame("LSK6L");
     EXPECT_EQ(g_smiths.CduPage, 39) << "no sixth hold";
     EXPECT_EQ(g_smiths.LegsMode, 0);
+}
+
+TEST(RteHold, HoldAtANamedFixAtThePresentPositionAndRemovedFromLegs) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    g_sim.latitude = 47.44;
+    g_sim.longitude = -122.0;
+    const PlanContext& pc = g_plan.context;
+
+    // A fix by name waits as "HOLD AT" on the entry line until a line places it.
+    cdu.PressAndFrame("HOLD");
+    Enter(cdu, "ELMAA", "LSK6L");
+    EXPECT_EQ(Scratchpad(), "HOLD AT ELMAA");
+    EXPECT_EQ(g_smiths.HoldAtPending, 1);
+    EXPECT_EQ(g_holds.HoldCount, 0);
+    cdu.PressAndFrame("LSK3L");
+    EXPECT_EQ(g_smiths.CduPage, 39);
+    EXPECT_EQ(Idents(g_plan.ModPlan, pc.ModLastRow), "KSEA SEA NORMY ELMAA DISCO BLUIT EPH WIPES GEG KGEG");
+    ASSERT_EQ(g_holds.HoldCount, 1);
+    EXPECT_EQ(g_holds.HoldTable[1].ModRow, 3);
+    EXPECT_STREQ(g_holds.HoldTable[1].Ident.data(), "ELMAA");
+    EXPECT_EQ(Scratchpad(), "");
+    cdu.PressAndFrame("LSK6L");  // ERASE: the hold the modification made goes with it
+    EXPECT_EQ(pc.PlanState, 3);
+    EXPECT_EQ(Idents(g_plan.ModPlan, pc.ModLastRow), "KSEA SEA NORMY BLUIT EPH WIPES GEG KGEG");
+    EXPECT_EQ(g_holds.HoldCount, 0);
+
+    // HOLD PPOS: a waypoint where the aircraft is, flown to from EXEC, with the hold.
+    cdu.PressAndFrame("HOLD");
+    ASSERT_EQ(g_smiths.LegsMode, 2);
+    cdu.PressAndFrame("LSK6R");
+    EXPECT_EQ(g_smiths.CduPage, 39);
+    ASSERT_EQ(g_holds.HoldCount, 1);
+    int row = g_holds.HoldTable[1].ModRow;
+    EXPECT_EQ(row, pc.ModActiveLeg);
+    EXPECT_DOUBLE_EQ(g_plan.ModPlan[row].Latitude, 47.44);
+    EXPECT_DOUBLE_EQ(g_plan.ModPlan[row].Longitude, -122.0);
+    EXPECT_EQ(pc.PlanState, 4);
+    cdu.PressAndFrame("EXEC");
+    EXPECT_EQ(pc.ActiveLeg, row);
+    EXPECT_EQ(g_holds.HoldCount, 1);
+
+    // DELETE on the hold line of LEGS: gone at EXEC, the fix stays.
+    cdu.PressAndFrame("LEGS");
+    ASSERT_TRUE(cdu.ScreenHas("H O L D   A T"));
+    cdu.Press("DEL");
+    cdu.PressAndFrame("LSK1L");
+    EXPECT_EQ(Message(), "");
+    EXPECT_EQ(pc.PlanState, 4);
+    EXPECT_FALSE(cdu.ScreenHas("H O L D   A T"));
+    EXPECT_EQ(g_holds.HoldCount, 1) << "until EXEC";
+    int last = pc.ModLastRow;
+    cdu.PressAndFrame("EXEC");
+    EXPECT_EQ(g_holds.HoldCount, 0);
+    EXPECT_EQ(pc.ActiveLastRow, last);
 }
