@@ -276,10 +276,14 @@ void DeparturesPage(CduScreen& screen) {
     if (key >= 1 && key <= 5) DeparturesLeftKey(IndexOfLine(s.departures.page, key));
     if (key >= 6 && key <= 10) DeparturesRightKey(IndexOfLine(s.departures.page, key - 5));
     if (key == kLeftRow6Key) {
-        if (state == 4)
+        if (state == 4) {
+            // The choices as at the last EXEC, from the top of the lists.
             PlanErase();
-        else
+            s.departures.page = 1;
+            ReloadDepartureLists();
+        } else {
             s.CduPage = cdu_page::kDepArrIndex;
+        }
     }
     if (key == kRightRow6Key) s.CduPage = cdu_page::kRte;
     if (s.CduPage != cdu_page::kDepartures) return;
@@ -545,10 +549,13 @@ void ArrivalsPage(CduScreen& screen) {
     if (key >= 1 && key <= 5) ArrivalsLeftKey(IndexOfLine(s.arrivals.page, key));
     if (key >= 6 && key <= 10) ArrivalsRightKey(IndexOfLine(s.arrivals.page, key - 5));
     if (key == kLeftRow6Key) {
-        if (state == 4)
+        if (state == 4) {
             PlanErase();
-        else
+            s.arrivals.page = 1;
+            ReloadArrivalLists();
+        } else {
             s.CduPage = cdu_page::kDepArrIndex;
+        }
     }
     if (key == kRightRow6Key) s.CduPage = cdu_page::kRte;
     if (s.CduPage != cdu_page::kArrivals) return;
