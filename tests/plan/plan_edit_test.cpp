@@ -682,3 +682,95 @@ TEST_F(PlanEdit, RowOfRouteLineFindsTheLinesLastFix) {
     SetText(g_route_rows.rows[1].ToWaypoint, "KSEA");
     EXPECT_EQ(RowOfRouteLine(1, 0), 4);  // a match at row 0 is the last row
 }
+
+// [SECTION] DEPARTURES and ARRIVALS keys
+namespace {
+// The plan's rows of a procedure kind, as "FIX FIX ...".
+std::string KindRows(const char* kind) {
+    std::string out;
+    for (int i = 0; i <= g_plan.context.ModLastRow; ++i) {
+        if (TextOf(g_plan.ModPlan[i].SegmentKind) != kind) continue;
+        if (!out.empty()) out += ' ';
+        out += TextOf(g_plan.ModPlan[i].Ident);
+    }
+    return out;
+}
+
+std::string LegFixes(const SelectedLegTable& legs) {
+    std::string out;
+    for (int i = 1; i <= legs.count; ++i) {
+        if (i > 1) out += ' ';
+        out += TextOf(legs.rows[i].Fix);
+    }
+    return out;
+}
+
+void SetListRow(ProcedureListEntry& entry, const char* name) { SetText(entry.Name, name); }
+}  // namespace
+
+TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
+    SetAirportSlot(g_airports.OriginAirport, "KSEA", 47.45, -122.31);
+    SetAirportSlot(g_airports.DestinationAirport, "KPDX", 45.59, -122.6);
+    SetModPlan({"KSEA", "ENR", "KPDX"});
+    g_plan.context.ActiveLeg = 1;
+    g_plan.context.PlanState = 3;
+    PlanSelections& sel = g_plan.context.Selections;
+    OriginProcedures& origin = g_procedures.origin;
+    origin = OriginProcedures{};
+    SetText(origin.SidTable[1].Name, "HAROB6");
+    SetText(origin.SidTable[2].Name, "SUMMA1");
+    origin.SidCount = 2;
+    auto& names = origin.lists.ProcedureNameList;
+    SetListRow(names.rows[1], "HAROB6");
+    SetListRow(names.rows[2], "SUMMA1");
+    names.count = 2;
+    SetLegs(g_selected_legs.Sid, {"SUMMA", "SUMMB"});
+    SetText(sel.DepartureRunway, "16L");
+
+    // A SID from its line: named, found in its table, its legs in the plan.
+    ChooseSid(2, 0);
+    EXPECT_STREQ(sel.SidName.data(), "SUMMA1");
+    EXPECT_EQ(origin.SelectedSidRow, 2);
+    EXPECT_STREQ(sel.SavedDepartureRunway.data(), "16L");
+    // Whatever legs the SID was built to stand in the plan, in front of the enroute rows.
+    std::string legs = LegFixes(g_selected_legs.Sid);
+    EXPECT_EQ(KindRows("SID"), legs);
+    EXPECT_EQ(ModIdents(), "KSEA " + legs + (legs.empty() ? "" : " ") + "ENR KPDX");
+    EXPECT_EQ(g_plan.context.PlanState, 4);
+    EXPECT_GE(g_route_rows.count, 1);
+    ChooseSid(3, 0);  // no such line: nothing changes
+    EXPECT_STREQ(sel.SidName.data(), "SUMMA1");
+
+    // A departure runway from the right keys builds the chosen SID again.
+    auto& runways = origin.lists.RunwayList;
+    SetListRow(runways.rows[1], "16L");
+    SetListRow(runways.rows[2], "34R");
+    runways.count = 2;
+    g_plan.context.PlanState = 3;
+    ChooseDepartureRunway(2);
+    EXPECT_STREQ(sel.DepartureRunway.data(), "34R");
+    EXPECT_EQ(g_smiths.DepartureRunwayChosen, 1);
+    EXPECT_STREQ(sel.SidName.data(), "SUMMA1");
+    EXPECT_EQ(KindRows("SID"), LegFixes(g_selected_legs.Sid));
+    EXPECT_EQ(g_plan.context.PlanState, 4);
+    ChooseDepartureRunway(3);
+    EXPECT_STREQ(sel.DepartureRunway.data(), "34R");
+
+    // A STAR of one runway chooses that runway too.
+    DestinationProcedures& dest = g_procedures.destination;
+    dest = DestinationProcedures{};
+    SetText(dest.StarTable[1].Name, "OLM5");
+    dest.StarCount = 1;
+    SetListRow(dest.lists.ProcedureNameList.rows[1], "OLM5");
+    dest.lists.ProcedureNameList.count = 1;
+    SetListRow(dest.lists.RunwayList.rows[1], "10R");
+    dest.lists.RunwayList.count = 1;
+    SetLegs(g_selected_legs.Star, {"OLM", "RIVER"});
+    ChooseStar(1, 0);
+    EXPECT_STREQ(sel.StarName.data(), "OLM5");
+    EXPECT_EQ(dest.SelectedStarRow, 1);
+    EXPECT_STREQ(sel.ArrivalRunway.data(), "10R");
+    EXPECT_STREQ(sel.SavedArrivalRunway.data(), "10R");
+    EXPECT_EQ(KindRows("STAR"), LegFixes(g_selected_legs.Star));
+    EXPECT_EQ(std::string(TextOf(g_plan.ModPlan[g_plan.context.ModLastRow].Ident)), "KPDX");
+}
