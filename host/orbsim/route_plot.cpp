@@ -5,6 +5,7 @@
 #include <cairo.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -13,12 +14,83 @@
 
 namespace orbsim {
 
+namespace {
+
+// One part of a <WorldPosition>: "N47\xB0 26' 03.00\"" (any blanks, the degree
+// sign as Windows-1252 or UTF-8) into signed degrees; false when it isn't one.
+bool ReadPlanAngle(const std::string& text, double& out) {
+    size_t i = 0;
+    while (i < text.size() && text[i] == ' ') ++i;
+    if (i >= text.size()) return false;
+    char hemisphere = text[i++];
+    if (hemisphere != 'N' && hemisphere != 'S' && hemisphere != 'E' && hemisphere != 'W') return false;
+    double parts[3] = {0, 0, 0};
+    int count = 0;
+    while (i < text.size() && count < 3) {
+        while (i < text.size() && !(std::isdigit(static_cast<unsigned char>(text[i])) || text[i] == '.')) ++i;
+        if (i >= text.size()) break;
+        char* end = nullptr;
+        parts[count++] = std::strtod(text.c_str() + i, &end);
+        i = static_cast<size_t>(end - text.c_str());
+    }
+    if (count == 0 || parts[1] >= 60 || parts[2] >= 60) return false;
+    out = parts[0] + parts[1] / 60 + parts[2] / 3600;
+    if (hemisphere == 'S' || hemisphere == 'W') out = -out;
+    return true;
+}
+
+std::string Between(const std::string& line, const std::string& open, const std::string& close) {
+    size_t a = line.find(open);
+    if (a == std::string::npos) return {};
+    a += open.size();
+    size_t b = line.find(close, a);
+    return b == std::string::npos ? std::string() : line.substr(a, b - a);
+}
+
+// The simulator's XML plan: an <ATCWaypoint id="X"> and its <WorldPosition>.
+bool ReadXmlPlan(const std::string& path, std::istream& in, std::vector<RouteFix>& fixes, std::string& error) {
+    std::string line;
+    int number = 0;
+    RouteFix fix;
+    bool open = false;
+    while (std::getline(in, line)) {
+        ++number;
+        if (line.find("<ATCWaypoint id=\"") != std::string::npos) {
+            fix = RouteFix{};
+            fix.ident = Between(line, "<ATCWaypoint id=\"", "\"");
+            open = true;
+        } else if (open && line.find("<WorldPosition>") != std::string::npos) {
+            std::string text = Between(line, "<WorldPosition>", "</WorldPosition>");
+            size_t comma = text.find(',');
+            if (comma == std::string::npos || !ReadPlanAngle(text.substr(0, comma), fix.lat) ||
+                !ReadPlanAngle(text.substr(comma + 1), fix.lon) || std::fabs(fix.lat) > 90 || std::fabs(fix.lon) > 180) {
+                error = path + ":" + std::to_string(number) + ": bad <WorldPosition> '" + text + "'";
+                return false;
+            }
+            fixes.push_back(fix);
+            open = false;
+        }
+    }
+    if (fixes.empty()) {
+        error = path + ": no <ATCWaypoint> with a <WorldPosition>";
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 bool ReadRouteFile(const std::string& path, std::vector<RouteFix>& fixes, std::string& error) {
     fixes.clear();
     std::ifstream in(path);
     if (!in) {
         error = path + ": cannot read the route file";
         return false;
+    }
+    if (path.size() > 4) {
+        std::string ext = path.substr(path.size() - 4);
+        for (char& c : ext) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        if (ext == ".pln") return ReadXmlPlan(path, in, fixes, error);
     }
     std::string line;
     bool in_plan = false;

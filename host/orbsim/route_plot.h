@@ -18,7 +18,8 @@ struct RouteFix {
     double lon = 0;
 };
 
-// Reads the waypoint rows of a route file (the module's .RTE text format).
+// Reads the waypoint rows of a route file: the module's .RTE text format, or
+// (by the extension .pln) the simulator's XML plan that the module hands over.
 // False with "FILE:LINE: reason" for a file that can't be read or has no rows.
 bool ReadRouteFile(const std::string& path, std::vector<RouteFix>& fixes, std::string& error);
 

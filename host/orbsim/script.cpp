@@ -19,6 +19,8 @@
 #include "simulator.h"
 #include "text_util.h"
 
+#include <dirent.h>
+#include <strings.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -98,12 +100,41 @@ constexpr CommandSpec kCommands[] = {
     {"clear", 1, 1, "clear tokenreads|keyevents|all"},
     {"echo", 0, -1, "echo TEXT"},
     {"fps", 1, 1, "fps N"},
-    {"plot", 2, 2, "plot FILE ROUTE"},
+    {"plot", 2, 2, "plot FILE ROUTE|gps"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
+
+// The module names files as Windows does, in any case and with "\\": each
+// part of the path is matched against the folder's entries without case.
+std::string PathIgnoringCase(const std::string& windows_path) {
+    std::string path = windows_path;
+    for (char& c : path)
+        if (c == '\\') c = '/';
+    std::string out = path[0] == '/' ? "/" : "";
+    size_t start = path[0] == '/' ? 1 : 0;
+    while (start < path.size()) {
+        size_t slash = path.find('/', start);
+        if (slash == std::string::npos) slash = path.size();
+        std::string part = path.substr(start, slash - start);
+        start = slash + 1;
+        if (part.empty()) continue;
+        std::string found = part;
+        if (DIR* dir = opendir(out.empty() ? "." : out.c_str())) {
+            while (dirent* entry = readdir(dir))
+                if (strcasecmp(entry->d_name, part.c_str()) == 0) {
+                    found = entry->d_name;
+                    break;
+                }
+            closedir(dir);
+        }
+        if (!out.empty() && out.back() != '/') out += '/';
+        out += found;
+    }
+    return out;
+}
 
 const CommandSpec* FindCommand(const std::string& name) {
     for (const CommandSpec& c : kCommands)
@@ -817,10 +848,18 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
             if (!WritePng(Resolve(run.out_dir, w[2]), ComposeInstance(*inst), why)) return bad(why);
         } else if (cmd == "plot") {
-            // The route comes from its file: orbsim sees the module's plan only as the simulator would.
-            std::string route_path = Resolve(run.sim_dir, w[2]);
-            struct stat route_stat{};
-            if (stat(route_path.c_str(), &route_stat) != 0) route_path = Resolve(run.sim_dir, "orb/flightplans/" + w[2]);
+            // The route comes from its file: orbsim sees the module's plan only as the simulator would,
+            // and "gps" is the plan the module last handed to the simulator's planner.
+            std::string route_path;
+            if (w[2] == "gps") {
+                if (host.simconnect.plans.empty()) return bad("plot gps: the module has handed no plan to the simulator");
+                route_path = PathIgnoringCase(host.simconnect.plans.back());
+            } else {
+                route_path = Resolve(run.sim_dir, w[2]);
+                struct stat route_stat{};
+                if (stat(route_path.c_str(), &route_stat) != 0)
+                    route_path = Resolve(run.sim_dir, "orb/flightplans/" + w[2]);
+            }
             std::vector<RouteFix> route;
             if (!ReadRouteFile(route_path, route, why)) return bad(why);
             std::vector<TrackPoint> flown;
@@ -828,7 +867,7 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             std::string out_path = Resolve(run.out_dir, w[1]);
             size_t slash = out_path.rfind('/');
             if (!MakeFolders(out_path.substr(0, slash), why)) return bad(why);
-            std::string title = w[2] + "  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
+            std::string title = (w[2] == "gps" ? std::string("the plan in the simulator's GPS") : w[2]) + "  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
             if (!WriteRoutePlot(out_path, route, flown, title, why)) return bad(why);
         } else if (cmd == "reload") {
             if (!ReloadPanel(host, why)) return bad(why);

@@ -1,11 +1,15 @@
 // holds.h: holding patterns of the active plan. Only the first record of the
-// hold table is flown.
+// hold table is flown. A record hangs on a plan row (ActiveRow in ActivePlan,
+// ModRow in ModPlan) and the row carries the record's number (HoldIndex), so
+// the plan's row moves re-point the records and the records' removal
+// renumbers the rows.
 #pragma once
 
 #include <array>
 
 constexpr int kHoldLimit = 10;          // records of the hold table; the pages stop at 5 a plan
 constexpr int kHoldsPerPlan = 5;
+constexpr int kHoldFromGnsPage = 2;     // AddHold's from_page of the GNS page set: the profile's leg time
 
 // A pattern corner: 0 the fix ("Fix"), 1..4 "Xwind", "Dwind", "Base", "Final".
 struct HoldCornerPoint {
@@ -53,3 +57,16 @@ void DeleteHold(int row, int mode);
 void RemoveAllHolds();
 // ERASE: the holds that no row of the plan carries any more are dropped.
 void DropUntiedHolds();
+
+// [SECTION] Row keeping for the plan's edits
+// Every hold whose row (of ActivePlan or of ModPlan) is `from_row` or later
+// moves by `delta` rows.
+void MoveHoldRows(bool in_active_plan, int from_row, int delta);
+// The hold standing at that row, if any, is removed (the row itself goes).
+void RemoveHoldAtRow(bool in_active_plan, int row);
+// Each hold's ModPlan row is its active row again: after ERASE (which drops
+// the untied holds first) and after a change made straight to ActivePlan.
+// Between modifications the two rows are equal, as BeginModification needs.
+void TakeActiveHoldRows();
+// EXEC: each hold's active row is the row it has in the executed ModPlan.
+void CommitHoldRows();

@@ -12,6 +12,7 @@
 #include "navdata/nav_database.h"
 
 #include "navdata/magnetic_model.h"
+#include "plan/plan_tables.h"
 
 #include "frame/diagnostic_log.h"
 #include "frame/sim_state.h"
@@ -380,24 +381,139 @@ static bool ParseOceanic(std::string_view entry, double& latitude, double& longi
     return true;
 }
 
-// A pilot waypoint typed as a position or place-bearing form; not yet known
-// to the plan editor, so no entry is taken as one.
-static bool ResolvePositionEntry(std::string_view, NavRecord&) { return false; }
+int NextWaypointNumber(std::string_view prefix) {
+    const PlanContext& pc = g_plan.context;
+    int highest = 0;
+    for (int i = 0; i <= pc.ModLastRow && i < kPlanRows; ++i) {
+        std::string_view ident = TextOf(g_plan.ModPlan[i].Ident);
+        if (ident.size() != prefix.size() + 2 || ident.substr(0, prefix.size()) != prefix) continue;
+        char d1 = ident[prefix.size()], d2 = ident[prefix.size() + 1];
+        if (d1 < '0' || d1 > '9' || d2 < '0' || d2 > '9') continue;
+        int number = (d1 - '0') * 10 + (d2 - '0');
+        if (number > highest) highest = number;
+    }
+    return highest + 1;
+}
 
-int ResolveName(int kind_filter, std::string_view entry) {
-    CandidateList& list = g_candidates;
-    // 1. Empty the list.
-    list.count = 0;
-    list.selected = 0;
-    // 2. Position and place-bearing entries end the search with one row.
-    if (entry.size() >= 8 && entry.size() <= 29) {
-        NavRecord record;
-        if (ResolvePositionEntry(entry, record)) {
-            list.rows[1] = record;
-            list.count = 1;
-            return 1;
+// The pilot waypoint forms. A position (N4730.5W12218.2) is a waypoint of
+// its own, named WPTnn after the plan's highest; a place with a bearing and a
+// distance (SEA090/25) is the place, moved and named when it is inserted; a
+// place and bearing crossing another (SEA090/OLM180) is worked out here.
+namespace {
+constexpr size_t kPilotFormShortest = 8;     // entries shorter or longer are no pilot forms
+constexpr size_t kPilotFormLongest = 29;
+constexpr size_t kPositionLength = 15;       // N4730.5W12218.2
+constexpr size_t kBearingDigits = 3;         // PLACEbbb: three digits before the "/"
+constexpr size_t kTwoPlaceShortest = 13;     // PLACEbbb/PLACEbbb is longer than 12
+constexpr int kGoodCrossing = 7;             // degrees: a crossing this close to the first bearing is right
+constexpr int kExactCrossing = 2;            // degrees: below it no other crossing is tried
+constexpr double kCrossingReach = 3;         // a crossing farther than this many times the places' distance is wrong
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool AllDigits(std::string_view text) {
+    if (text.empty()) return false;
+    for (char c : text)
+        if (!IsDigit(c)) return false;
+    return true;
+}
+
+// Form 1: hemisphere letters, degrees, minutes and tenths at fixed places.
+bool ParsePositionEntry(std::string_view entry, NavRecord& out) {
+    if (entry.size() < kPositionLength) return false;
+    char ns = entry[0], ew = entry[7];
+    if ((ns != 'N' && ns != 'S') || (ew != 'E' && ew != 'W') || entry[5] != '.' || entry[13] != '.') return false;
+    auto number = [&](size_t at, size_t length) { return static_cast<double>(ReadInteger(entry.substr(at, length))); };
+    double latitude = number(1, 2) + number(3, 2) / 60 + number(6, 1) * 6 / 3600;
+    double longitude = number(8, 3) + number(11, 2) / 60 + number(14, 1) * 6 / 3600;
+    out = NavRecord{};
+    char name[16];
+    std::snprintf(name, sizeof name, "WPT%02d", NextWaypointNumber("WPT"));
+    SetText(out.Ident, name);
+    SetText(out.Kind, "I");
+    out.Latitude = ns == 'S' ? -latitude : latitude;
+    out.Longitude = ew == 'W' ? -longitude : longitude;
+    return true;
+}
+
+// Form 2: PLACEbbb/ddd or PLACEbbb/PLACEbbb. Sets the pilot waypoint state
+// and gives the place (and the second place) to search for.
+enum class PlaceForm { None, BearingDistance, TwoBearings };
+
+PlaceForm ParsePlaceEntry(std::string_view entry, std::string_view& place, std::string_view& second_place) {
+    PilotWaypointState& pw = g_pilot_waypoint;
+    size_t slash = entry.find('/');
+    if (slash == std::string_view::npos || slash <= kBearingDigits) return PlaceForm::None;
+    std::string_view bearing = entry.substr(slash - kBearingDigits, kBearingDigits);
+    std::string_view rest = entry.substr(slash + 1);
+    if (!AllDigits(bearing)) return PlaceForm::None;
+    place = entry.substr(0, slash - kBearingDigits);
+    // A distance behind the "/".
+    if (AllDigits(rest) && ReadInteger(rest) > 0) {
+        pw.PbdBearing = ReadInteger(bearing);
+        pw.PbdDistance = ReadInteger(rest);
+        return PlaceForm::BearingDistance;
+    }
+    // A second place with its bearing.
+    if (entry.size() < kTwoPlaceShortest || rest.size() <= kBearingDigits) return PlaceForm::None;
+    std::string_view second_bearing = rest.substr(rest.size() - kBearingDigits);
+    if (!AllDigits(second_bearing)) return PlaceForm::None;
+    pw.PbdBearing = ReadInteger(bearing);
+    pw.PbdSecondBearing = ReadInteger(second_bearing);
+    second_place = rest.substr(0, rest.size() - kBearingDigits);
+    return PlaceForm::TwoBearings;
+}
+
+// How far the crossing's bearing from the place (magnetic) is off the one typed, 0..180, whole degrees.
+int CrossingError(const NavRecord& place, double magnetic_variation, double typed_bearing, double lat, double lon) {
+    double distance = 0, bearing = 0;
+    GreatCircle(place.Latitude, place.Longitude, lat, lon, distance, bearing);
+    double off = AngleBetween(bearing - magnetic_variation, typed_bearing);
+    return std::isfinite(off) ? static_cast<int>(off) : 180;
+}
+
+// The crossing of the radial from `a` with the radial from `b`, checked
+// against `a`'s bearing; the formula's other solutions are tried when it is
+// off. False when there is none.
+bool CrossRadials(const NavRecord& a, double bearing_a, const NavRecord& b, double bearing_b, double& lat, double& lon) {
+    int var_a = MagneticVariation(static_cast<int>(a.Latitude), static_cast<int>(a.Longitude));
+    int var_b = MagneticVariation(static_cast<int>(b.Latitude), static_cast<int>(b.Longitude));
+    double x_lat = 0, x_lon = 0;
+    if (RadialIntersection(a.Latitude, a.Longitude, bearing_a + var_a, b.Latitude, b.Longitude, bearing_b + var_b,
+                           x_lat, x_lon) == kNoIntersection)
+        return false;
+    int error = CrossingError(a, var_a, bearing_a, x_lat, x_lon);
+    if (error < kExactCrossing) {
+        lat = x_lat, lon = x_lon;
+        return true;
+    }
+    // The other antipode, then the sign-flipped forms, each only near the places.
+    double places_apart = 0, unused = 0;
+    GreatCircle(a.Latitude, a.Longitude, b.Latitude, b.Longitude, places_apart, unused);
+    double antipode_lon = x_lon > 0 ? x_lon - 180 : x_lon + 180;
+    const double tries[][2] = {{-x_lat, antipode_lon}, {-x_lat, x_lon}, {x_lat, -x_lon}};
+    for (const auto& t : tries) {
+        double reach = 0;
+        GreatCircle(a.Latitude, a.Longitude, t[0], t[1], reach, unused);
+        if (CrossingError(a, var_a, bearing_a, t[0], t[1]) < kGoodCrossing && reach <= kCrossingReach * places_apart) {
+            lat = t[0], lon = t[1];
+            return true;
         }
     }
+    if (error < kGoodCrossing) {
+        lat = x_lat, lon = x_lon;
+        return true;
+    }
+    return false;
+}
+}  // namespace
+
+// Steps 3 to 5 of the search: the tables by exact ident, the oceanic forms,
+// nearest first.
+static int SearchTables(int kind_filter, std::string_view entry) {
+    CandidateList& list = g_candidates;
+    list.count = 0;
+    list.selected = 0;
     // 3. Navaids, intersections, airports, in this order; exact idents.
     auto walk = [&](const BulkTable& table, char what) {
         const char* pool = g_navdb.pool.data();
@@ -448,6 +564,55 @@ int ResolveName(int kind_filter, std::string_view entry) {
         for (int i = 1; i <= list.count; ++i) list.rows[i] = sorted[i];
     }
     return list.count;
+}
+
+int ResolveName(int kind_filter, std::string_view entry) {
+    CandidateList& list = g_candidates;
+    PilotWaypointState& pw = g_pilot_waypoint;
+    // 1. Empty the list; no pilot waypoint is pending from an entry before.
+    list.count = 0;
+    list.selected = 0;
+    pw.PbdBearing = -1;
+    pw.PbdDistance = 0;
+    pw.PbdSecondBearing = -1;
+    // 2. Position and place-bearing entries.
+    PlaceForm form = PlaceForm::None;
+    std::string_view second_place;
+    if (entry.size() >= kPilotFormShortest && entry.size() <= kPilotFormLongest) {
+        NavRecord record;
+        if (ParsePositionEntry(entry, record)) {
+            list.rows[1] = record;
+            list.count = 1;
+            return 1;
+        }
+        std::string_view place;
+        form = ParsePlaceEntry(entry, place, second_place);
+        if (form != PlaceForm::None) entry = place;
+    }
+    // 3.-5. The search by name; a place-bearing-distance entry is done here,
+    // its point is made when it is inserted.
+    int found = SearchTables(kind_filter, entry);
+    if (form != PlaceForm::TwoBearings) return found;
+    // Two places: the first's nearest hit, then the second's.
+    if (found == 0) return 0;
+    pw.FirstPlace = list.rows[1];
+    std::array<char, kIdentSize> second_name{};
+    SetText(second_name, second_place);
+    if (SearchTables(kind_filter, TextOf(second_name)) == 0) return 0;
+    // The crossing, from the first place; failing that, from the second.
+    const NavRecord first = pw.FirstPlace;
+    const NavRecord second = list.rows[1];
+    double lat = 0, lon = 0;
+    bool crossed = CrossRadials(first, pw.PbdBearing, second, pw.PbdSecondBearing, lat, lon) ||
+                   CrossRadials(second, pw.PbdSecondBearing, first, pw.PbdBearing, lat, lon);
+    if (!crossed) {
+        list.count = 0;
+        return 0;
+    }
+    list.rows[1].Latitude = lat;
+    list.rows[1].Longitude = lon;
+    list.count = 1;
+    return 1;
 }
 
 // [SECTION] Proximity subsets

@@ -107,6 +107,10 @@ struct PilotWaypointState {
 
 extern PilotWaypointState g_pilot_waypoint;
 
+// One above the highest number of ModPlan's rows named `prefix` and two
+// digits (WPT01, SEA03): the number of the next pilot waypoint so named.
+int NextWaypointNumber(std::string_view prefix);
+
 // [SECTION] Airport details
 struct RunwayRecord {
     std::array<char, 8> Ident{};             // designator, "04L"

@@ -34,6 +34,16 @@ void CloseRowsTo(int target, int source);
 // to ModPlan row `row`; "INVALID ENTRY" on the message line when it isn't one.
 void EnterRestriction(int row);
 
+// [SECTION] Direct-To
+// The legs pages' form: no row moves; ModPlan row `row` becomes the leg
+// flown to at EXEC, and without an inbound course of its own it takes the
+// magnetic course from the row before. EXEC then starts LNAV's intercept
+// from the present position.
+void DirectToRow(int row);
+// The GNS pages' form: ActivePlan is built anew from ModPlan with a "DIRECT"
+// row at the aircraft's position in front of ModPlan row `target`.
+void DirectToFromPresentPosition(int target);
+
 // [SECTION] Airways and procedures
 // Expands the airway in CandidateList from its entry row to its exit row
 // behind ModActiveLeg.

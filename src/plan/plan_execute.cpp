@@ -150,6 +150,7 @@ void PlanExecute() {
     // 6. The rows, and the airports at both ends.
     if (pc.ModLastRow >= 1) {
         CopyModPlanToActive();
+        CommitHoldRows();  // the holds stand where the edit moved their rows
         if (pc.ActiveLeg < 1) pc.ActiveLeg = 1;
         if (pc.ActiveLeg <= pc.ActiveLastRow) {
             pc.ActiveWaypointLatitude = g_plan.ActivePlan[pc.ActiveLeg].Latitude;

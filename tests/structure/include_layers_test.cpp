@@ -95,6 +95,16 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"plan/route_files.cpp", "guidance/vnav.h", "loading the active plan sets VNAV's target to the destination"},
     {"plan/route_files.cpp", "flightlog/flight_log.h", "loading on the ground starts the flight log over"},
     {"guidance/lnav.cpp", "flightlog/flight_log.h", "sequencing the last waypoint steps the flight's stage"},
+    {"navdata/nav_database.cpp", "plan/plan_tables.h", "pilot waypoints are numbered after the plan's own (WPT01, SEA02)"},
+    {"plan/plan_rows.cpp", "guidance/holds.h", "the holds' rows move with the plan's rows"},
+    {"plan/plan_edit.cpp", "guidance/holds.h", "a deleted row takes its hold; a direct re-points the holds"},
+    {"plan/plan_edit.cpp", "cdu/keypad.h", "a restriction is read from the entry line and refused on the message line"},
+    {"plan/plan_procedures.cpp", "guidance/holds.h", "a procedure activated in flight leaves the holds on their rows"},
+    {"plan/plan_procedures.cpp", "cdu/keypad.h", "choosing a runway marks it chosen on the procedure pages"},
+    {"plan/plan_procedures.cpp", "guidance/lnav.h", "a new SID ends LNAV's intercept"},
+    {"plan/plan_procedures.cpp", "guidance/performance.h", "an activated procedure recomputes the distances"},
+    {"plan/plan_procedures.cpp", "guidance/vnav.h", "an activated procedure restarts the restriction logic"},
+    {"guidance/holds.cpp", "cdu/keypad.h", "the last hold deleted takes the CDU from the hold page to the legs"},
 };
 
 std::string Describe(const std::vector<std::string>& lines) {
