@@ -390,14 +390,22 @@ bool IsGap(std::string_view name) { return name == "DISCO" || name == "THEN"; }
 
 int FirstRouteLine(int page) { return kRouteLinesPerPage * (page - 2) + 1; }
 
-// The plan row behind which an entry on route line r goes: its last row, or
-// for the empty line after the last one the row before the destination.
+// The plan row of route line r's fix, or for the empty line after the last
+// one the row before the destination.
 int RowAfterLine(int line) {
     int first = 0, last = 0;
     if (RouteLineRows(line, first, last)) return last;
     const PlanContext& pc = g_plan.context;
     bool destination = pc.ModLastRow >= 1 && TextOf(g_plan.ModPlan[pc.ModLastRow].WaypointType) == "APT";
     return destination ? pc.ModLastRow - 1 : std::max(0, pc.ModLastRow);
+}
+
+// Where a new fix entered on route line r goes: behind the line's fix, or in
+// place of a gap (which then stands behind the new fix).
+int InsertionRowOfLine(int line) {
+    int row = RowAfterLine(line);
+    if (row >= 1 && row < kPlanRows && IsDiscontinuity(g_plan.ModPlan[row])) return row;
+    return row + 1;
 }
 
 // FetchAirway finds its entry fix at ModActiveLeg, and InsertAirway expands
@@ -527,16 +535,17 @@ void EnterTo(int line, std::string_view text) {
         SetCduMessage(cdu_message::kNotInDatabase);
         return;
     }
+    int insert_at = InsertionRowOfLine(line);
     if (found > 1) {
         g_smiths.ReturnPage = cdu_page::kRte;
-        g_smiths.SelectTargetLine = row + 1;
+        g_smiths.SelectTargetLine = insert_at;
         g_smiths.SelectPurpose = kSelectForInsert;
         g_smiths.select.page = 1;
         g_smiths.CduPage = cdu_page::kSelectWaypoint;
         return;
     }
     BeginPlanEdit();
-    InsertFirstCandidate(row + 1);
+    InsertFirstCandidate(insert_at);
     FinishRouteEntry();
 }
 

@@ -42,26 +42,28 @@ TEST(RteLines, AirwaysDirectFixesAndTheThenLine) {
     EXPECT_EQ(ModIdents(), "KSEA KGEG");
     ClearEntry(cdu);
 
-    // Direct fixes on the empty line, one after the other.
+    // A direct fix on the empty line: a gap stands between it and the
+    // destination, and the next fix goes into the gap's line.
     Enter(cdu, "SEA", "LSK1R");
     EXPECT_EQ(Message(), "");
-    EXPECT_EQ(ModIdents(), "KSEA SEA KGEG");
+    EXPECT_EQ(ModIdents(), "KSEA SEA DISCO KGEG");
     EXPECT_EQ(g_plan.context.PlanState, 1);
+    EXPECT_EQ(RouteLine(2), "DIRECT DISCO");
     Enter(cdu, "EPH", "LSK2R");
-    EXPECT_EQ(ModIdents(), "KSEA SEA EPH KGEG");
+    EXPECT_EQ(ModIdents(), "KSEA SEA EPH DISCO KGEG");
     EXPECT_EQ(RouteLine(2), "DIRECT EPH");
 
     // An airway to the line's own fix: the line becomes the airway's stretch.
     Enter(cdu, "J70", "LSK2L");
     EXPECT_EQ(Message(), "");
-    EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH KGEG");
+    EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH DISCO KGEG");
     EXPECT_EQ(RouteLine(2), "J70 EPH");
     EXPECT_STREQ(g_plan.ModPlan[3].Via.data(), "J70");
 
-    // An airway on the empty line: a THEN line with boxes waits for the exit fix.
+    // An airway on the gap's line: a THEN line with boxes waits for the exit fix.
     Enter(cdu, "V120", "LSK3L");
     EXPECT_EQ(Message(), "");
-    EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH THEN KGEG");
+    EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH THEN DISCO KGEG");
     EXPECT_EQ(RouteLine(3), "V120 THEN");
     EXPECT_TRUE(cdu.ScreenHas("THEN"));
     EXPECT_NE(RowWith(cdu, "V120"), "") << cdu.Screen();
@@ -73,9 +75,14 @@ TEST(RteLines, AirwaysDirectFixesAndTheThenLine) {
     cdu.Press("CLR");
     Enter(cdu, "GEG", "LSK3R");
     EXPECT_EQ(Message(), "");
-    EXPECT_EQ(ModIdents(), kSeattleSpokane);
+    EXPECT_EQ(ModIdents(), "KSEA SEA NORMY BLUIT EPH WIPES GEG DISCO KGEG");
     EXPECT_EQ(RouteLine(3), "V120 GEG");
     EXPECT_FALSE(cdu.ScreenHas("THEN"));
+    // The destination entered into the gap's line closes it.
+    EXPECT_EQ(RouteLine(4), "DIRECT DISCO");
+    Enter(cdu, "KGEG", "LSK4R");
+    EXPECT_EQ(ModIdents(), kSeattleSpokane);
+    EXPECT_FALSE(cdu.ScreenHas("D I S C O N T I N U I T Y"));
 
     // An airway that doesn't pass the line's fix.
     Enter(cdu, "J5", "LSK4L");
