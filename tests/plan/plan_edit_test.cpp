@@ -774,3 +774,25 @@ TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
     EXPECT_EQ(KindRows("STAR"), LegFixes(g_selected_legs.Star));
     EXPECT_EQ(std::string(TextOf(g_plan.ModPlan[g_plan.context.ModLastRow].Ident)), "KPDX");
 }
+
+TEST_F(PlanEdit, AFullPlanTakesNoMoreRows) {
+    SetModPlan({"KSEA", "KPDX"});
+    PlanContext& pc = g_plan.context;
+    for (int i = 0; i <= kPlanLastRowLimit; ++i) {
+        g_plan.ModPlan[i] = PlanWaypoint{};
+        SetText(g_plan.ModPlan[i].Ident, ("R" + std::to_string(i)).c_str());
+    }
+    pc.ModLastRow = kPlanLastRowLimit;
+    SetCandidate("EXTRA", 45, -120, "I");
+    InsertCandidate(100, 1);
+    InsertThen(50);
+    EXPECT_EQ(pc.ModLastRow, kPlanLastRowLimit);
+    EXPECT_STREQ(g_plan.ModPlan[100].Ident.data(), "R100");
+    // The approach stops at the limit, the end marker still has its row.
+    SetLegs(g_selected_legs.Approach, {"A1", "A2", "A3"});
+    DeleteRow(kPlanLastRowLimit, 0);
+    InsertApproach(0);
+    EXPECT_EQ(pc.ModLastRow, kPlanLastRowLimit);
+    EXPECT_STREQ(g_plan.ModPlan[kPlanLastRowLimit].Ident.data(), "A1");
+    EXPECT_STREQ(g_plan.ModPlan[kPlanLastRowLimit + 1].Ident.data(), "******");
+}
