@@ -38,13 +38,13 @@ constexpr const char* kApproaches =
     "21 ILS21 RW21 MAP 2400 47.631217 -117.518267 --- 0 0\n"
     "03 RNV03 JURSY IAF 5000 47.682671 -117.046170 --- 0 0\n";
 
-// The demonstration folder's database with the procedure files beside it.
+// The demonstration folder's orb files (database, stored routes) with these
+// procedure files in place of its own.
 void UseProcedureFolder() {
     fs::path root = fs::path(ORB_BINARY_DIR) / "test-sim" / "cdu-procedures";
     fs::remove_all(root);
-    fs::create_directories(root / "orb");
-    fs::copy(fs::path(ORB_SOURCE_DIR) / "data" / "sim" / "orb" / "navdata", root / "orb" / "navdata",
-             fs::copy_options::recursive);
+    fs::create_directories(root);
+    fs::copy(fs::path(ORB_SOURCE_DIR) / "data" / "sim" / "orb", root / "orb", fs::copy_options::recursive);
     std::ofstream(root / "orb" / "navdata" / "sids.txt") << kSids;
     std::ofstream(root / "orb" / "navdata" / "stars.txt") << kStars;
     std::ofstream(root / "orb" / "navdata" / "apps.txt") << kApproaches;
@@ -67,10 +67,10 @@ TEST(DepArrPages, DeparturesFollowTheRunwayCollapseToTheChoiceAndMarkIt) {
     CduRig cdu;
     UseProcedureFolder();
     cdu.PressAndFrame("RTE");
-    Enter(cdu, "KSEA", "LSK1L");
-    Enter(cdu, "KGEG", "LSK1R");
+    Enter(cdu, "KSEAKGEG", "LSK2L");
     Enter(cdu, "16L", "LSK3L");
     ASSERT_EQ(Message(), "");
+    ASSERT_EQ(g_plan.context.PlanState, 1);
 
     // The index: each side with its airport.
     cdu.PressAndFrame("DEP_ARR");
