@@ -56,21 +56,19 @@ int Pages(int lines) { return std::max(1, (lines + kProcedureLinesPerPage - 1) /
 int IndexOfLine(int page, int line) { return (page - 1) * kProcedureLinesPerPage + line; }
 
 template <int N>
-std::string_view NameAt(const ProcedureList<N>& list, int row) {
-    if (row < 1 || row > list.count || row > N) return {};
-    return TextOf(list.rows[static_cast<size_t>(row)].Name);
-}
-
-template <int N>
 int ListCount(const ProcedureList<N>& list) {
     return std::clamp(list.count, 0, N);
 }
 
+// Row `row` of a list's rows 1..count; empty past them.
+std::string_view EntryName(const ProcedureListEntry* rows, int count, int row) {
+    if (row < 1 || row > count) return std::string_view("");  // never a null text for the formats
+    return TextOf(rows[row].Name);
+}
+
 template <int N>
-int RowOfName(const ProcedureList<N>& list, std::string_view name) {
-    for (int i = 1; i <= ListCount(list); ++i)
-        if (NameAt(list, i) == name) return i;
-    return 0;
+std::string_view NameAt(const ProcedureList<N>& list, int row) {
+    return EntryName(list.rows.data(), ListCount(list), row);
 }
 
 // A left column: the list while nothing is chosen, else the choice on line
@@ -252,7 +250,7 @@ void DrawDepartureRunways(CduScreen& screen, int page) {
     char text[16];
     if (g_smiths.DepartureRunwayChosen) {
         if (page != 1) return;
-        std::snprintf(text, sizeof text, "%-3s", t.DepartureRunway.data());
+        std::snprintf(text, sizeof text, "%-3.8s", t.DepartureRunway.data());
         screen.Label(Mark(), kDepRunwayMarkX, CduValueY(1));
         screen.Value(text, kDepRunwayX, CduValueY(1));
         return;
@@ -350,10 +348,11 @@ RightLine RightLineAt(int index) {
 void ApproachText(std::string_view name, char* out, size_t size) {
     size_t split = 0;
     while (split < name.size() && !(name[split] >= '0' && name[split] <= '9')) ++split;
-    std::string_view kind = name.substr(0, split);
-    std::string_view runway = name.substr(split);
-    std::snprintf(out, size, "%4.*s %3.*s", static_cast<int>(kind.size()), kind.data(),
-                  static_cast<int>(runway.size()), runway.data());
+    char kind[16] = {};
+    char runway[16] = {};
+    CopyText(kind, sizeof kind, name.substr(0, split));
+    CopyText(runway, sizeof runway, name.substr(split));
+    std::snprintf(out, size, "%4s %3s", kind, runway);
 }
 
 void ChooseApproachOf(std::string_view approach) {

@@ -10,14 +10,13 @@
 //   [SECTION] Shared edit helpers
 #include "cdu/route_pages.h"
 
+#include "frame/data_text.h"
+#include "frame/sim_state.h"
 #include "guidance/geodesy.h"
 #include "guidance/vnav.h"
 #include "navdata/airways.h"
-#include "navdata/magnetic_model.h"
-#include "plan/plan_edit.h"
-#include "frame/sim_state.h"
 #include "navdata/nav_database.h"
-#include "frame/data_text.h"
+#include "plan/plan_edit.h"
 #include "plan/plan_execute.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"
@@ -479,11 +478,8 @@ void EnterVia(int line, std::string_view text) {
     bool has_line = RouteLineRows(line, first, last);
     int exit_row = has_line ? FindInCandidates(TextOf(g_plan.ModPlan[last].Ident)) : 0;
     if (exit_row > 0 && exit_row != g_airway.AirwayEntryRow) {
-        int entry = g_airway.AirwayEntryRow;
+        // The rows behind the entry fix go; the fetched airway takes their place.
         DeleteRouteLine(line);
-        // The deletion may have changed the list's reading of the plan; the
-        // fetch stands as it was, its rows are still the airway's.
-        g_airway.AirwayEntryRow = entry;
         ExpandAirway(entry_row, exit_row);
     } else {
         AirwayCursor cursor(entry_row);

@@ -53,7 +53,8 @@ void KeepOnlyCandidate(int row);
 // The LEGS page's direct-to: the row becomes the target, waiting for EXEC;
 // a row without a course takes the one from the row before it (magnetic).
 void ChooseDirectTarget(int row);
-// Course of the leg into ModPlan row `row` from the row before, magnetic.
+// The magnetic course of the great circle from one place to another (the
+// simulator's present variation), as the LEGS lines and a direct use it.
 double MagneticLegCourse(double from_latitude, double from_longitude, double to_latitude, double to_longitude);
 // The lists DEPARTURES and ARRIVALS show, from the present choices.
 void ReloadDepartureLists();
