@@ -484,7 +484,10 @@ void ReadRouteLine(ReaderState& st, const std::string_view* c, int n) {
     }
 }
 
-bool IsMarkerWord(std::string_view m) { return m == "IAF" || m == "FAF" || m == "MAF" || m == "MAP" || m == "---"; }
+// The markers of the approach itself; any other word in the column names a transition.
+bool IsMarkerWord(std::string_view m) {
+    return m == "IAF" || m == "IAF*" || m == "FAF" || m == "MAF" || m == "MAP" || m == "---" || m == "ARC" || m == "HP";
+}
 
 // One line of apps.txt in the section.
 void ReadApproachLine(ReaderState& st, const std::string_view* c, int n) {
