@@ -690,11 +690,14 @@ void BuildProcedureSectionIndex(ProcedureFileId id) {
     static DataFile file;
     if (!file.Open(path)) return;
     index.file_size = file.size;
-    // 1. Walk the bytes once; a line that starts with "[" opens a section.
-    static std::array<char, kLineReaderChunk> chunk;
+    // 1. Walk the bytes once, from "[" to "[": sections are few and their
+    // brackets rare, so the scan runs at the speed of memchr, not per line.
+    // A "[" counts when it starts a line.
+    static std::array<char, kSectionScanChunk> chunk;
     std::array<char, kSectionHeadScan> head{};
     size_t head_length = 0;
-    bool at_line_start = true, in_head = false;
+    bool in_head = false;
+    char previous = '\n';  // the byte before the chunk: the file starts a line
     uint64_t offset = 0, head_offset = 0;
     auto finish_head = [&]() {
         char word_buffer[kSectionHeadScan + 1];
@@ -710,8 +713,9 @@ void BuildProcedureSectionIndex(ProcedureFileId id) {
     for (;;) {
         size_t got = file.Read(chunk.data(), chunk.size());
         if (got == 0) break;
-        const char* p = chunk.data();
-        const char* end = p + got;
+        const char* base = chunk.data();
+        const char* p = base;
+        const char* end = base + got;
         while (p < end) {
             if (in_head) {
                 // Gather the head line's first bytes, up to its end.
@@ -720,31 +724,22 @@ void BuildProcedureSectionIndex(ProcedureFileId id) {
                 size_t take = std::min(static_cast<size_t>(stop - p), head.size() - head_length);
                 std::memcpy(head.data() + head_length, p, take);
                 head_length += take;
-                if (nl) {
-                    finish_head();
-                    at_line_start = true;
-                    p = nl + 1;
-                } else {
-                    p = end;
-                }
-                continue;
-            }
-            if (at_line_start && *p == '[') {
-                in_head = true;
-                head_length = 0;
-                head_offset = offset + static_cast<uint64_t>(p - chunk.data());
-                continue;
-            }
-            // Skip to the next line.
-            const char* nl = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
-            if (!nl) {
-                at_line_start = false;
-                p = end;
-            } else {
-                at_line_start = true;
+                if (!nl) break;
+                finish_head();
                 p = nl + 1;
+                continue;
             }
+            const char* bracket = static_cast<const char*>(std::memchr(p, '[', static_cast<size_t>(end - p)));
+            if (bracket == nullptr) break;
+            char before = bracket == base ? previous : bracket[-1];
+            p = bracket + 1;
+            if (before != '\n') continue;
+            in_head = true;
+            head_length = 0;
+            head_offset = offset + static_cast<uint64_t>(bracket - base);
+            p = bracket;
         }
+        previous = end[-1];
         offset += got;
     }
     if (in_head) finish_head();

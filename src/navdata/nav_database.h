@@ -79,6 +79,7 @@ constexpr int kProcedureFileCount = 5;
 constexpr size_t kSectionIdentSize = 16;     // longer idents aren't indexed (the reader scans for them)
 constexpr size_t kSectionHeadScan = 64;      // bytes of a "[...]" line looked at
 constexpr size_t kSectionIndexLimit = 200000;  // sections a file may index
+constexpr size_t kSectionScanChunk = 1 << 20;  // bytes a read while indexing: fewer calls over tens of MB
 
 struct ProcedureSectionEntry {
     std::array<char, kSectionIdentSize> ident{};  // the word inside the brackets
