@@ -4,6 +4,8 @@
 // lists, the chosen legs, the user files and the section index.
 #include "navdata/sim_folder.h"
 
+#include "fuzz/nav_fuzz_entries.h"
+
 #include "frame/data_text.h"
 #include "guidance/geodesy.h"
 #include "navdata/magnetic_model.h"
@@ -11,6 +13,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 namespace {
 // [SECTION] Independent spherical geometry: unit vectors on a sphere of one
@@ -599,4 +602,34 @@ TEST(Procedures, TablesStopAtTheirLimits) {
     BuildSidLegs();
     EXPECT_EQ(g_selected_legs.Sid.count, kSelectedLegLimit);
     EXPECT_LE(sizeof(ProcedureTables), size_t{16} << 20);
+}
+
+TEST(Procedures, ReadersSurviveHostileSections) {
+    SimFolder sim;
+    std::vector<std::string> inputs = {
+        "",
+        "[",
+        "[]\n[ ]\n",
+        "[KTST]\nT\nT X\n.\n..\n.A B\nA /\nA //\nA /RT/LT/T/UA\nA /T1e999/UA 1e999 16B 1e999 -1e999\n",
+        "[KTST]\nA /H090/IC090 --- --- 0 0\n[KTST]\n",
+        "[KTST]\n16L X /RT/H360 --- 47 -122\n16L X /LT/T --- nan nan\n-- Y Z /T090/UD999 1 1 1 1 1 1 1 1 1 1 1 1\n",
+        "[KTST]\nT P X 16L\n" + std::string(2000, 'A') + "\nP " + std::string(600, '/') + "\n",
+    };
+    std::string legs = "[KTST]\n";
+    for (int i = 0; i < 500; ++i) legs += "P.T" + std::to_string(i % 150) + " F" + std::to_string(i) + " --- 16B 47 -122\n";
+    inputs.push_back(legs);
+    for (const std::string& input : inputs) {
+        nav_fuzz::Procedures(reinterpret_cast<const uint8_t*>(input.data()), input.size(), sim.root());
+        ASSERT_LE(g_procedures.origin.SidCount, kSidLimit);
+        ASSERT_LE(g_procedures.destination.StarCount, kStarLimit);
+        ASSERT_LE(g_procedures.destination.ApproachCount, kApproachLimit);
+        ASSERT_LE(g_procedures.origin.lists.TransitionList.count, kTransitionListLimit);
+        ASSERT_LE(g_selected_legs.Sid.count, kSelectedLegLimit);
+        for (int i = 1; i <= g_procedures.origin.SidCount; ++i) ASSERT_LE(g_procedures.origin.SidTable[i].LegCount, kProcedureLegLimit);
+    }
+    // The last input: one procedure, its legs stopped at the limit, 120 transitions listed of 150.
+    EXPECT_EQ(g_procedures.origin.SidCount, 1);
+    EXPECT_EQ(g_procedures.origin.SidTable[1].LegCount, kProcedureLegLimit);
+    ListSidTransitions("P", "------", 0);
+    EXPECT_EQ(g_procedures.origin.lists.TransitionList.count, kTransitionListLimit);
 }
