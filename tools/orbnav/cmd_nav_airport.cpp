@@ -47,13 +47,19 @@ void PrintApproachLegs(const ProcedureRecord& r) {
     }
 }
 
-// The airport's procedures, all or those named; false when a name matched none.
-bool PrintProcedures(const std::string& icao, const char* name) {
-    LoadAirportDetail(icao.c_str(), 2);
+// The airport's procedures (origin and destination slots loaded), all or
+// those named; false when a name matched none, and then nothing is printed.
+bool PrintProcedures(const char* name, bool print) {
     const OriginProcedures& o = g_procedures.origin;
     const DestinationProcedures& d = g_procedures.destination;
     std::string wanted = name ? UpperCase(name) : std::string();
     auto fits = [&](std::string_view n) { return wanted.empty() || n == wanted; };
+    int found = 0;
+    for (int i = 1; i <= o.SidCount && i <= kSidLimit; ++i) found += fits(TextOf(o.SidTable[i].Name));
+    for (int i = 1; i <= d.StarCount && i <= kStarLimit; ++i) found += fits(TextOf(d.StarTable[i].Name));
+    for (int i = 1; i <= d.ApproachCount && i <= kApproachLimit; ++i) found += fits(TextOf(d.ApproachTable[i].ApproachIdent));
+    if (found == 0 && !wanted.empty()) return false;
+    if (!print) return true;
     int shown = 0;
     std::printf("\nmagnetic variation %+.0f (true = magnetic + variation); %d SIDs, %d STARs, %d approach rows\n",
                 o.OriginMagVar, o.SidCount, d.StarCount, d.ApproachCount);
@@ -103,6 +109,13 @@ int Run(int argc, char** argv) {
         std::printf("%s: NOT IN DATABASE\n", icao.c_str());
         return 1;
     }
+    // The destination slot too, and a wrong procedure name before any output.
+    if (procedures) {
+        LoadAirportDetail(icao.c_str(), 2);
+        if (!PrintProcedures(procedure, false))
+            return Fail("airport: %s has no procedure %s in sids.txt, stars.txt or apps.txt", icao.c_str(),
+                        UpperCase(procedure).c_str());
+    }
     std::printf("%s %s  elevation %d ft  %s %s\n", a.Ident.data(), a.Name.data(), a.ElevationFt, a.LatitudeText.data(),
                 a.LongitudeText.data());
     std::printf("rwy   length ft  threshold                 heading  recip   ils\n");
@@ -114,9 +127,7 @@ int Run(int argc, char** argv) {
             std::printf("   %.3s %.6s %.1f", r.IlsIdent.data(), r.IlsFrequency.data(), r.IlsCourse);
         std::printf("\n");
     }
-    if (procedures && !PrintProcedures(icao, procedure))
-        return Fail("airport: %s has no procedure %s in sids.txt, stars.txt or apps.txt", icao.c_str(),
-                    UpperCase(procedure).c_str());
+    if (procedures) PrintProcedures(procedure, true);
     return 0;
 }
 
