@@ -304,8 +304,10 @@ int OpenRecord(ReaderState& st) {
     return row;
 }
 
+// The latest procedure of that name: a file may head one name twice, for
+// two sets of runways, and the lines after a head belong to it.
 int FindRecordByName(const ReaderState& st, std::string_view name) {
-    for (int i = 1; i <= *st.count; ++i)
+    for (int i = *st.count; i >= 1; --i)
         if (TextOf(st.table[i].Name) == name) return i;
     return 0;
 }

@@ -391,21 +391,37 @@ TEST(Procedures, RunwayMatching) {
                 "T ALL1 X\n"
                 "ALL1 BBBBB --- --- 47 -122\n"
                 "T LEFT1 X 16L\n"
-                "LEFT1 CCCCC --- --- 47 -122\n");
+                "LEFT1 CCCCC --- --- 47 -122\n"
+                "T TWIN1 X 16L,16R\n"
+                "TWIN1 NORTH --- --- 47 -122\n"
+                "T TWIN1 X 34L,34R\n"
+                "TWIN1 SOUTH --- --- 46 -122\n");
     LoadSids("KTST");
     const auto& names = g_procedures.origin.lists.ProcedureNameList;
     ListSids("16", "------");  // ",16," is in none of the lists
     EXPECT_EQ(Names(names), "ALL1");
     ListSids("16L", "------");
-    EXPECT_EQ(Names(names), "TWO1 ALL1 LEFT1");
+    EXPECT_EQ(Names(names), "TWO1 ALL1 LEFT1 TWIN1");
     ListSids("34R", "------");
-    EXPECT_EQ(Names(names), "TWO1 ALL1");
+    EXPECT_EQ(Names(names), "TWO1 ALL1 TWIN1");
     ListSids("------", "------");
-    EXPECT_EQ(Names(names), "TWO1 ALL1 LEFT1");
+    EXPECT_EQ(Names(names), "TWO1 ALL1 LEFT1 TWIN1");
     ListSidRunways("TWO1");
     EXPECT_EQ(Names(g_procedures.origin.lists.RunwayList), "16L 34R");
-    ListSidRunways("------");
-    EXPECT_EQ(Names(g_procedures.origin.lists.RunwayList), "16L 34R");
+    ListSidRunways("TWIN1");
+    EXPECT_EQ(Names(g_procedures.origin.lists.RunwayList), "16L 16R 34L 34R");
+    // One name headed twice: each head keeps its own legs, and the runway chooses.
+    ASSERT_EQ(g_procedures.origin.SidCount, 5);
+    EXPECT_EQ(Fixes(g_procedures.origin.SidTable[4]), "NORTH");
+    EXPECT_EQ(Fixes(g_procedures.origin.SidTable[5]), "SOUTH");
+    PlanSelections& sel = g_plan.context.Selections;
+    Select(sel.SidName, "TWIN1");
+    Select(sel.DepartureRunway, "34L");
+    BuildSidLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Sid), "SOUTH");
+    Select(sel.DepartureRunway, "16R");
+    BuildSidLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Sid), "NORTH");
 }
 
 TEST(Procedures, TransitionsSortedSharedEndAndRunwayLegs) {
