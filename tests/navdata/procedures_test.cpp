@@ -13,6 +13,8 @@
 
 #include <cmath>
 #include <string>
+#include <fstream>
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -648,4 +650,44 @@ TEST(Procedures, ReadersSurviveHostileSections) {
     EXPECT_EQ(g_procedures.origin.SidTable[1].LegCount, kProcedureLegLimit);
     ListSidTransitions("P", "------", 0);
     EXPECT_EQ(g_procedures.origin.lists.TransitionList.count, kTransitionListLimit);
+}
+
+TEST(Procedures, DemonstrationRouteLegs) {
+    // The shipped sample files, read through the slots as the pages choose them.
+    ProcedureSim p;
+    for (const char* name : {"apts.txt", "sids.txt", "sids_user.txt", "stars.txt", "apps.txt"}) {
+        std::ifstream in(std::string(ORB_SOURCE_DIR) + "/data/sim/orb/navdata/" + name, std::ios::binary);
+        std::stringstream text;
+        text << in.rdbuf();
+        p.sim.Write(std::string("orb/navdata/") + name, text.str());
+    }
+    LoadAirportDetail("KSEA", 1);
+    LoadAirportDetail("KGEG", 2);
+    PlanSelections& sel = g_plan.context.Selections;
+    Select(sel.SidName, "CASCD1");
+    Select(sel.SidTransition, "NORMY");
+    Select(sel.DepartureRunway, "16L");
+    BuildSidLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Sid), "TR161 HD060 HD090 TAGOR NORMY");
+    Select(sel.DepartureRunway, "34R");
+    BuildSidLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Sid), "TR341 HD090 HD100 TAGOR NORMY");
+    Select(sel.StarName, "ODESS1");
+    Select(sel.StarTransition, "MWH");
+    Select(sel.ArrivalRunway, "21");
+    BuildStarLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Star), "MWH ODESS HD360 GEG");
+    Select(sel.ApproachName, "I21");
+    Select(sel.ApproachTransition, "GEG");
+    BuildApproachLegs();
+    EXPECT_EQ(Rows(g_selected_legs.Approach), "GEG CEBUS TR024 PT294 CEBUS BATKY HUPRA RW21 TR204 GEG");
+    // Every computed fix lies within 40 nm of its airport.
+    for (const SelectedLegTable* t : {&g_selected_legs.Sid, &g_selected_legs.Star, &g_selected_legs.Approach})
+        for (int i = 1; i <= t->count; ++i) {
+            const AirportDetail& a = t == &g_selected_legs.Sid ? g_airports.OriginAirport : g_airports.DestinationAirport;
+            if (t != &g_selected_legs.Star) EXPECT_LT(Nm({a.Latitude, a.Longitude}, {t->rows[i].Latitude, t->rows[i].Longitude}), 40)
+                << TextOf(t->rows[i].Fix);
+        }
+    ListApproachTransitions("I21");
+    EXPECT_EQ(Names(g_procedures.destination.lists.ApproachTransitionList), "DPY GEG");
 }
