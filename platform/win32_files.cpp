@@ -279,6 +279,15 @@ BOOL ReadFile(HANDLE hFile, LPVOID lpBuffer, DWORD nNumberOfBytesToRead, LPDWORD
     return TRUE;
 }
 
+BOOL SetFilePointerEx(HANDLE hFile, LARGE_INTEGER liDistanceToMove, PLARGE_INTEGER lpNewFilePointer, DWORD dwMoveMethod) {
+    int fd = DescriptorOf(hFile);
+    int whence = dwMoveMethod == FILE_BEGIN ? SEEK_SET : dwMoveMethod == FILE_CURRENT ? SEEK_CUR : SEEK_END;
+    off_t at = ::lseek(fd, static_cast<off_t>(liDistanceToMove.QuadPart), whence);
+    if (fd < 0 || at < 0) return FALSE;
+    if (lpNewFilePointer != nullptr) lpNewFilePointer->QuadPart = static_cast<long long>(at);
+    return TRUE;
+}
+
 BOOL CloseHandle(HANDLE hObject) {
     int fd = DescriptorOf(hObject);
     return fd >= 0 && ::close(fd) == 0;

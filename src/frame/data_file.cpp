@@ -43,6 +43,15 @@ size_t DataFile::Read(char* buffer, size_t capacity) {
     return got;
 }
 
+bool DataFile::Seek(uint64_t offset) {
+    if (!IsOpen() || offset > size) return false;
+    LARGE_INTEGER to{};
+    to.QuadPart = static_cast<long long>(offset);
+    if (!SetFilePointerEx(handle, to, nullptr, FILE_BEGIN)) return false;
+    consumed = offset;
+    return true;
+}
+
 void DataFile::Close() {
     if (IsOpen()) CloseHandle(handle);
     handle = INVALID_HANDLE_VALUE;

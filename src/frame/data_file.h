@@ -36,6 +36,9 @@ struct DataFile {
     // the open reached, or the file ended sooner), after an error, or when
     // nothing is open.
     size_t Read(char* buffer, size_t capacity);
+    // Goes to byte `offset` of the file, at most its size at the open; the
+    // next Read starts there. False when nothing is open or the move fails.
+    bool Seek(uint64_t offset);
     void Close();
 };
 

@@ -183,5 +183,51 @@ double EstimatedTrack(double heading_magnetic, const WindTriangle& wind) {
     return track;
 }
 
-// The pilot-waypoint and procedure readers come with the plan editing.
-int RadialIntersection(double, double, double, double, double, double, double&, double&) { return kNoIntersection; }
+// [SECTION] Crossing of two radials
+// The classic spherical triangle over the great circle through both points,
+// worked with longitudes west positive as the formula sets write it.
+int RadialIntersection(double lat1, double lon1, double course1, double lat2, double lon2, double course2,
+                       double& lat, double& lon) {
+    // 1. Radians, west positive; a course of 360 is north.
+    if (course1 == 360.0) course1 = 0.0;
+    if (course2 == 360.0) course2 = 0.0;
+    double phi1 = lat1 * kDegToRad, lam1 = -lon1 * kDegToRad;
+    double phi2 = lat2 * kDegToRad, lam2 = -lon2 * kDegToRad;
+    double crs13 = course1 * kDegToRad, crs23 = course2 * kDegToRad;
+    if (!std::isfinite(phi1 + lam1 + phi2 + lam2 + crs13 + crs23)) return kNoIntersection;
+
+    // 2. Distance between the points and the courses from each to the other.
+    double s1 = std::sin((phi1 - phi2) / 2), s2 = std::sin((lam1 - lam2) / 2);
+    double dst12 = 2 * std::asin(std::clamp(std::sqrt(s1 * s1 + std::cos(phi1) * std::cos(phi2) * s2 * s2), 0.0, 1.0));
+    double sin_d = std::sin(dst12);
+    // Coincident or antipodal points span no triangle.
+    if (std::fabs(sin_d) < 1e-12 || std::fabs(std::cos(phi1)) < 1e-12 || std::fabs(std::cos(phi2)) < 1e-12)
+        return kNoIntersection;
+    double a12 = std::acos(std::clamp((std::sin(phi2) - std::sin(phi1) * std::cos(dst12)) / (sin_d * std::cos(phi1)), -1.0, 1.0));
+    double a21 = std::acos(std::clamp((std::sin(phi1) - std::sin(phi2) * std::cos(dst12)) / (sin_d * std::cos(phi2)), -1.0, 1.0));
+    double crs12, crs21;
+    if (std::sin(lam2 - lam1) < 0) {
+        crs12 = a12;
+        crs21 = kTwoPi - a21;
+    } else {
+        crs12 = kTwoPi - a12;
+        crs21 = a21;
+    }
+
+    // 3. The triangle's angles at the two points; both on one side, or none.
+    double ang1 = ModuloPositive(crs13 - crs12 + kPi, kTwoPi) - kPi;
+    double ang2 = ModuloPositive(crs21 - crs23 + kPi, kTwoPi) - kPi;
+    if (!(std::sin(ang1) * std::sin(ang2) > 1e-15)) return kNoIntersection;
+    ang1 = std::fabs(ang1);
+    ang2 = std::fabs(ang2);
+
+    // 4. The third angle, the distance to the crossing and its position.
+    double ang3 = std::acos(std::clamp(-std::cos(ang1) * std::cos(ang2) + std::sin(ang1) * std::sin(ang2) * std::cos(dst12), -1.0, 1.0));
+    double dst13 = std::atan2(sin_d * std::sin(ang1) * std::sin(ang2), std::cos(ang2) + std::cos(ang1) * std::cos(ang3));
+    double phi3 = std::asin(std::clamp(std::sin(phi1) * std::cos(dst13) + std::cos(phi1) * std::sin(dst13) * std::cos(crs13), -1.0, 1.0));
+    double dlam = std::atan2(std::sin(crs13) * std::sin(dst13) * std::cos(phi1), std::cos(dst13) - std::sin(phi1) * std::sin(phi3));
+    double lam3 = ModuloPositive(lam1 - dlam + kPi, kTwoPi) - kPi;
+    lat = phi3 * kRadToDeg;
+    lon = -lam3 * kRadToDeg;
+    return 0;
+}

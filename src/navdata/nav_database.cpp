@@ -299,6 +299,8 @@ void LoadNavDatabase() {
     }
     g_navdb.pool.shrink_to_fit();
     NavaidIndexBuild();
+    // Procedures are read per airport; their files are only indexed here.
+    BuildProcedureSectionIndexes();
 }
 
 // [SECTION] Navaid index and FindNavaid
@@ -825,3 +827,115 @@ void ReadDatabaseCycle() {
     }
     reader.file.Close();
 }
+
+// [SECTION] Procedure section index
+namespace {
+constexpr const char* kProcedureFilePaths[kProcedureFileCount] = {
+    "\\orb\\navdata\\sids.txt", "\\orb\\navdata\\sids_user.txt", "\\orb\\navdata\\stars.txt",
+    "\\orb\\navdata\\stars_user.txt", "\\orb\\navdata\\apps.txt"};
+
+}  // namespace
+
+const char* ProcedureFilePath(ProcedureFileId id) { return kProcedureFilePaths[static_cast<int>(id)]; }
+
+std::string_view ProcedureSectionWord(std::string_view line, char* buffer, size_t capacity) {
+    size_t n = std::min(line.size(), capacity - 1);
+    for (size_t i = 0; i < n; ++i) buffer[i] = (line[i] == '[' || line[i] == ']') ? ' ' : line[i];
+    buffer[n] = 0;
+    std::string_view column;
+    SplitColumns(std::string_view(buffer, n), &column, 1);
+    return column;
+}
+
+void BuildProcedureSectionIndex(ProcedureFileId id) {
+    ProcedureSectionIndex& index = g_navdb.ProcedureSections[static_cast<int>(id)];
+    index = ProcedureSectionIndex{};
+    char path[MAX_PATH];
+    DataPath(kProcedureFilePaths[static_cast<int>(id)], path, sizeof path);
+    static DataFile file;
+    if (!file.Open(path)) return;
+    index.file_size = file.size;
+    // 1. Walk the bytes once, from "[" to "[": sections are few and their
+    // brackets rare, so the scan runs at the speed of memchr, not per line.
+    // A "[" counts when it starts a line.
+    static std::array<char, kSectionScanChunk> chunk;
+    std::array<char, kSectionHeadScan> head{};
+    size_t head_length = 0;
+    bool in_head = false;
+    char previous = '\n';  // the byte before the chunk: the file starts a line
+    uint64_t offset = 0, head_offset = 0;
+    auto finish_head = [&]() {
+        char word_buffer[kSectionHeadScan + 1];
+        std::string_view word = ProcedureSectionWord(std::string_view(head.data(), head_length), word_buffer, sizeof word_buffer);
+        if (!word.empty() && word.size() < kSectionIdentSize && index.entries.size() < kSectionIndexLimit) {
+            ProcedureSectionEntry e;
+            SetText(e.ident, word);
+            e.offset = head_offset;
+            index.entries.push_back(e);
+        }
+        in_head = false;
+    };
+    for (;;) {
+        size_t got = file.Read(chunk.data(), chunk.size());
+        if (got == 0) break;
+        const char* base = chunk.data();
+        const char* p = base;
+        const char* end = base + got;
+        while (p < end) {
+            if (in_head) {
+                // Gather the head line's first bytes, up to its end.
+                const char* nl = static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+                const char* stop = nl ? nl : end;
+                size_t take = std::min(static_cast<size_t>(stop - p), head.size() - head_length);
+                std::memcpy(head.data() + head_length, p, take);
+                head_length += take;
+                if (!nl) break;
+                finish_head();
+                p = nl + 1;
+                continue;
+            }
+            const char* bracket = static_cast<const char*>(std::memchr(p, '[', static_cast<size_t>(end - p)));
+            if (bracket == nullptr) break;
+            char before = bracket == base ? previous : bracket[-1];
+            p = bracket + 1;
+            if (before != '\n') continue;
+            in_head = true;
+            head_length = 0;
+            head_offset = offset + static_cast<uint64_t>(bracket - base);
+            p = bracket;
+        }
+        previous = end[-1];
+        offset += got;
+    }
+    if (in_head) finish_head();
+    file.Close();
+    // 2. Sorted by ident; of two sections with one ident the first counts, as
+    // a reader from the top would find it.
+    std::stable_sort(index.entries.begin(), index.entries.end(), [](const ProcedureSectionEntry& a, const ProcedureSectionEntry& b) {
+        return std::strcmp(a.ident.data(), b.ident.data()) < 0;
+    });
+    auto last = std::unique(index.entries.begin(), index.entries.end(),
+                            [](const ProcedureSectionEntry& a, const ProcedureSectionEntry& b) { return a.ident == b.ident; });
+    index.entries.erase(last, index.entries.end());
+    index.entries.shrink_to_fit();
+    index.built = true;
+}
+
+void BuildProcedureSectionIndexes() {
+    for (int i = 0; i < kProcedureFileCount; ++i) BuildProcedureSectionIndex(static_cast<ProcedureFileId>(i));
+}
+
+int LookUpSection(ProcedureFileId id, std::string_view ident, uint64_t file_size, uint64_t& offset) {
+    const ProcedureSectionIndex& index = g_navdb.ProcedureSections[static_cast<int>(id)];
+    if (!index.built || index.file_size != file_size || ident.empty() || ident.size() >= kSectionIdentSize) return -1;
+    std::array<char, kSectionIdentSize> key{};
+    SetText(key, ident);
+    auto it = std::lower_bound(index.entries.begin(), index.entries.end(), key,
+                               [](const ProcedureSectionEntry& e, const std::array<char, kSectionIdentSize>& k) {
+                                   return std::strcmp(e.ident.data(), k.data()) < 0;
+                               });
+    if (it == index.entries.end() || it->ident != key) return 0;
+    offset = it->offset;
+    return 1;
+}
+

@@ -70,6 +70,28 @@ struct NavaidIndexEntry {
     int row = 0;                             // row of NavaidTable where the run starts
 };
 
+// [SECTION] Procedure section index
+// Where each airport's section of a procedure file starts, so that choosing
+// an airport reads its few lines and not a world file. Built at the load;
+// the reader falls back to the top of the file when the file's size changed.
+enum class ProcedureFileId { Sids, SidsUser, Stars, StarsUser, Apps };
+constexpr int kProcedureFileCount = 5;
+constexpr size_t kSectionIdentSize = 16;     // longer idents aren't indexed (the reader scans for them)
+constexpr size_t kSectionHeadScan = 64;      // bytes of a "[...]" line looked at
+constexpr size_t kSectionIndexLimit = 200000;  // sections a file may index
+constexpr size_t kSectionScanChunk = 1 << 20;  // bytes a read while indexing: fewer calls over tens of MB
+
+struct ProcedureSectionEntry {
+    std::array<char, kSectionIdentSize> ident{};  // the word inside the brackets
+    uint64_t offset = 0;                     // byte where its "[" line starts
+};
+
+struct ProcedureSectionIndex {
+    std::vector<ProcedureSectionEntry> entries;  // sorted by ident, first section of each
+    uint64_t file_size = 0;                  // bytes of the file indexed
+    bool built = false;                      // false: the file wasn't there at the load
+};
+
 // [SECTION] The database
 struct NavDatabase {
     BulkTable AirportTable;
@@ -83,6 +105,7 @@ struct NavDatabase {
     bool navaid_warning_written = false;
     std::array<char, 32> DatabaseCycleText{};   // "AIRAC 0613"
     std::array<char, 32> DatabaseDatesText{};   // "DEC21JAN18/07"
+    std::array<ProcedureSectionIndex, kProcedureFileCount> ProcedureSections{};  // by ProcedureFileId
 };
 
 extern NavDatabase g_navdb;
@@ -247,3 +270,16 @@ constexpr int BulkColumnsWanted(NavTableId table) {
 }
 // Prepares the tables for a load: counts 0, rows and pool reserved.
 void ResetBulkTables(size_t pool_bytes_hint);
+
+// [SECTION] Procedure files and their section index
+// "\orb\navdata\sids.txt" and the others, by id.
+const char* ProcedureFilePath(ProcedureFileId id);
+// The word of a "[ICAO]" line: brackets read as blanks, its first column,
+// copied into the caller's buffer.
+std::string_view ProcedureSectionWord(std::string_view line, char* buffer, size_t capacity);
+// The section index of one file, or of all five (the database load does this).
+void BuildProcedureSectionIndex(ProcedureFileId id);
+void BuildProcedureSectionIndexes();
+// 1 with the offset of the airport's section, 0 when the file has none, -1
+// when the index can't tell (not built, the file changed, a long ident).
+int LookUpSection(ProcedureFileId id, std::string_view ident, uint64_t file_size, uint64_t& offset);

@@ -17,6 +17,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "navdata/nav_database.h"
+
 // [SECTION] Limits
 constexpr int kSidLimit = 140;                   // rows of SidTable
 constexpr int kStarLimit = 90;                   // rows of StarTable
@@ -158,6 +160,58 @@ void ListApproachTransitions(std::string_view approach);
 void BuildSidLegs();
 void BuildStarLegs();
 void BuildApproachLegs();
+
+// [SECTION] The reader's parts, open to the tools and the tests
+enum class ProcedureFileKind { Sids, Stars, Approaches };
+enum class LegTurn { None, Left, Right };
+enum class LegTerminator { None, Altitude, Distance, Intercept, Vectors };
+
+// A code such as "/RT/T270/UA", taken apart.
+struct LegCode {
+    LegTurn turn = LegTurn::None;                // "/RT", "/LT" or none
+    char course_letter = 0;                      // 'T' track, 'H' heading, 'C' course
+    double course = 0;                           // magnetic degrees
+    bool has_course = false;
+    LegTerminator terminator = LegTerminator::None;
+    double value = 0;                            // "UD": nm; "IC": the radial, magnetic degrees
+};
+
+// What a coded leg starts from.
+struct CodedLegInput {
+    double start_lat = 0, start_lon = 0;         // degrees: threshold or the last fix
+    double start_course = 0;                     // magnetic degrees: runway heading or the last course
+    double reference_lat = 0, reference_lon = 0; // degrees: the line's position, or the start
+    double magvar = 0;                           // degrees east at the airport
+    double elevation_ft = 0;                     // feet: the airport's elevation
+    double parameter = 0;                        // "UA": the altitude, feet
+};
+
+struct ProcedureTurnFix {
+    double Latitude = 0;                         // degrees
+    double Longitude = 0;
+    std::array<char, 8> Fix{};                   // "TR024", "PT294"
+};
+
+// The runway matching of the files: equal names, "16B" for both sides, and a
+// long name ("RW16L") by its last two characters.
+bool RunwayNameMatches(std::string_view leg_runway, std::string_view runway);
+// Row of the slot's runways that the leg's runway names; 0 none.
+int FindRunwayRow(const AirportDetail& airport, std::string_view leg_runway);
+// False for a text that isn't a code (no leading "/").
+bool ParseLegCode(std::string_view code, LegCode& out);
+// The turn into a leg, 0..360 degrees; 0 without a turn.
+double TurnAngle(LegTurn turn, double course, double start_course);
+// nm covered in a straight line by a turn of that many degrees.
+double TurnChordLength(double turn);
+// The computed fix of a coded leg; false when it has none (the leg is dropped).
+bool ComputeCodedFix(const LegCode& code, const CodedLegInput& in, double& lat, double& lon);
+// An approach's procedure turn: the computed fixes (2), or 0 for another code.
+int ComputeProcedureTurn(const LegCode& code, double reference_lat, double reference_lon, double magvar,
+                         std::array<ProcedureTurnFix, 2>& out);
+// Reads the airport's section of one file into a table; false when the file
+// or the section isn't there.
+bool ReadProcedureSection(ProcedureFileId file, ProcedureFileKind kind, std::string_view ident, const AirportDetail& airport,
+                          double magvar, ProcedureRecord* table, int& count, int limit);
 
 // The row of the destination slot's approach names that holds `approach`,
 // and of the chosen approach's transitions that holds `transition`; 0 none.

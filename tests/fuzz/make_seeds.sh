@@ -74,6 +74,7 @@ pieces fuzz_nav_bulk_lines "$navdata/apts.txt" "$navdata/navs.txt" "$navdata/int
 pieces fuzz_nav_files "$navdata"/*.txt
 whole fuzz_nav_files $routes
 whole fuzz_route_lines $routes
+whole fuzz_procedure_files "$navdata/sids.txt" "$navdata/sids_user.txt" "$navdata/stars.txt" "$navdata/apps.txt"
 # The model's own coefficient text, one row a line, as the module holds it.
 mkdir -p "$seeds/fuzz_geomag"
 sed -n 's/^    "\(.*\)",\{0,1\}$/\1/p' "$top/src/navdata/wmm2005_coefficients.cpp" > "$seeds/wmm2005.txt"

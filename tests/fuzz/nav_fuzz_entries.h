@@ -7,6 +7,7 @@
 #include "frame/data_text.h"
 #include "navdata/airways.h"
 #include "navdata/nav_database.h"
+#include "navdata/procedures.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"
 
@@ -86,6 +87,78 @@ inline void RouteLines(const uint8_t* data, size_t size) {
     }
     g_plan.context.ModLastRow = g_plan.context.ModLastRow > kPlanLastRowLimit ? kPlanLastRowLimit : g_plan.context.ModLastRow;
     BuildRouteRows();
+}
+
+// The same bytes as every procedure file, read for the airport that the
+// first "[...]" names, indexed and not; then the lists and the chosen legs
+// of the first procedures read.
+inline void Procedures(const uint8_t* data, size_t size, const std::filesystem::path& folder) {
+    std::filesystem::create_directories(folder / "orb" / "navdata");
+    for (const char* name : {"orb/navdata/sids.txt", "orb/navdata/sids_user.txt", "orb/navdata/stars.txt",
+                             "orb/navdata/stars_user.txt", "orb/navdata/apps.txt"}) {
+        FILE* f = std::fopen((folder / name).c_str(), "wb");
+        if (f == nullptr) return;
+        std::fwrite(data, 1, size, f);
+        std::fclose(f);
+    }
+    std::snprintf(g_module.RootFolder.data(), g_module.RootFolder.size(), "%s", folder.c_str());
+    // The airport: the first section's word, with runways the files may name.
+    std::string_view all(reinterpret_cast<const char*>(data), size);
+    std::string ident = "KTST";
+    size_t open = all.find('[');
+    if (open != std::string_view::npos) {
+        char buffer[kSectionHeadScan + 1];
+        std::string_view word = ProcedureSectionWord(all.substr(open, kSectionHeadScan), buffer, sizeof buffer);
+        if (!word.empty()) ident = std::string(word);
+    }
+    for (AirportDetail* a : {&g_airports.OriginAirport, &g_airports.DestinationAirport}) {
+        *a = AirportDetail{};
+        a->Latitude = size ? data[0] - 128.0 : 47.0;
+        a->Longitude = size > 1 ? data[1] * 1.4 - 180.0 : -122.0;
+        a->ElevationFt = 400;
+        const char* names[] = {"16L", "34R", "16R", "34L", "03", "21"};
+        for (int i = 0; i < 6; ++i) {
+            RunwayRecord& r = a->Runways[++a->RunwayCount];
+            r = RunwayRecord{};
+            SetText(r.Ident, names[i]);
+            r.Latitude = a->Latitude + i * 0.01;
+            r.Longitude = a->Longitude;
+            r.Heading = i * 60.0;
+        }
+    }
+    for (int indexed = 0; indexed < 2; ++indexed) {
+        if (indexed == 1) BuildProcedureSectionIndexes();
+        LoadSids(ident);
+        LoadStars(ident);
+        LoadApproaches(ident);
+    }
+    OriginProcedures& o = g_procedures.origin;
+    DestinationProcedures& d = g_procedures.destination;
+    PlanSelections& sel = g_plan.context.Selections;
+    std::string_view sid = o.SidCount > 0 ? TextOf(o.SidTable[1].Name) : std::string_view("------");
+    std::string_view star = d.StarCount > 0 ? TextOf(d.StarTable[1].Name) : std::string_view("------");
+    std::string_view approach = d.ApproachCount > 0 ? TextOf(d.ApproachTable[1].ApproachIdent) : std::string_view("------");
+    ListSidRunways(sid);
+    ListSids("16L", "------");
+    ListSidTransitions(sid, "------", 1);
+    ListStarRunways(star);
+    ListStars("------", "------");
+    ListStarTransitions(star, "16L", 0);
+    ListApproaches("------");
+    ListApproachTransitions(approach);
+    SetText(sel.SidName, sid);
+    SetText(sel.SidTransition, o.lists.TransitionList.count > 0 ? TextOf(o.lists.TransitionList.rows[1].Name) : "------");
+    SetText(sel.DepartureRunway, "16L");
+    SetText(sel.StarName, star);
+    SetText(sel.StarTransition, d.lists.TransitionList.count > 0 ? TextOf(d.lists.TransitionList.rows[1].Name) : "------");
+    SetText(sel.ArrivalRunway, "21");
+    SetText(sel.ApproachName, approach);
+    SetText(sel.ApproachTransition,
+            d.lists.ApproachTransitionList.count > 0 ? TextOf(d.lists.ApproachTransitionList.rows[1].Name) : "------");
+    BuildSidLegs();
+    BuildStarLegs();
+    BuildApproachLegs();
+    ApproachTransitionRowOf(approach, TextOf(sel.ApproachTransition));
 }
 
 }  // namespace nav_fuzz
