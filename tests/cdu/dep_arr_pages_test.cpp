@@ -41,7 +41,9 @@ constexpr const char* kApproaches =
 // The demonstration folder's orb files (database, stored routes) with these
 // procedure files in place of its own.
 void UseProcedureFolder() {
-    fs::path root = fs::path(ORB_BINARY_DIR) / "test-sim" / "cdu-procedures";
+    // One folder a test: ctest runs the tests side by side.
+    const auto* test = ::testing::UnitTest::GetInstance()->current_test_info();
+    fs::path root = fs::path(ORB_BINARY_DIR) / "test-sim" / (std::string("cdu-procedures.") + test->name());
     fs::remove_all(root);
     fs::create_directories(root);
     fs::copy(fs::path(ORB_SOURCE_DIR) / "data" / "sim" / "orb", root / "orb", fs::copy_options::recursive);
