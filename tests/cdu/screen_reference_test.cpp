@@ -82,3 +82,20 @@ TEST(CduScreenReference, SelectWaypointAndTheIndex) {
     cdu.PressAndFrame("DEP_ARR");
     ExpectScreen(cdu, "dep_arr_index");
 }
+
+TEST(CduScreenReference, DeparturesAndArrivalsOfTheDemonstrationRoute) {
+    CduRig cdu;
+    cdu.PressAndFrame("RTE");
+    cdu.Type("KSEAKGEG");
+    cdu.PressAndFrame("LSK2L");
+    cdu.PressAndFrame("DEP_ARR");
+    cdu.PressAndFrame("LSK1L");
+    cdu.Frame();
+    ExpectScreen(cdu, "departures");
+    cdu.PressAndFrame("LSK1L");
+    ExpectScreen(cdu, "departures_chosen");
+    cdu.PressAndFrame("DEP_ARR");
+    cdu.PressAndFrame("LSK1R");
+    cdu.Frame();
+    ExpectScreen(cdu, "arrivals");
+}
