@@ -128,7 +128,7 @@ bool ReadRouteFile(const std::string& path, std::vector<RouteFix>& fixes, std::s
 }
 
 bool WriteRoutePlot(const std::string& path, const std::vector<RouteFix>& route, const std::vector<TrackPoint>& track,
-                    const std::string& title, std::string& error) {
+                    const std::string& title, std::string& error, const PlotWindow& window) {
     constexpr int kWidth = 1200, kHeight = 900, kMargin = 70;
     // Bounds of everything drawn.
     double lat_min = 90, lat_max = -90, lon_min = 180, lon_max = -180;
@@ -143,6 +143,15 @@ bool WriteRoutePlot(const std::string& path, const std::vector<RouteFix>& route,
     if (lat_min > lat_max) {
         error = "plot: nothing to draw";
         return false;
+    }
+    if (window.set) {
+        // The asked window instead: what lies outside it is cut off at the edges.
+        double half_lat = window.half_nm / 60;
+        double half_lon = half_lat / std::max(0.05, std::cos(window.lat * M_PI / 180));
+        lat_min = window.lat - half_lat;
+        lat_max = window.lat + half_lat;
+        lon_min = window.lon - half_lon;
+        lon_max = window.lon + half_lon;
     }
     double mid_lat = (lat_min + lat_max) / 2;
     double cos_lat = std::max(0.05, std::cos(mid_lat * M_PI / 180));

@@ -100,7 +100,7 @@ constexpr CommandSpec kCommands[] = {
     {"clear", 1, 1, "clear tokenreads|keyevents|all"},
     {"echo", 0, -1, "echo TEXT"},
     {"fps", 1, 1, "fps N"},
-    {"plot", 2, 2, "plot FILE ROUTE|gps"},
+    {"plot", 2, 5, "plot FILE ROUTE|gps [LAT LON NM]"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
 };
@@ -254,6 +254,10 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
             error = name + " writes under the output folder (--out); '" + file + "' leads out of it";
             return false;
         }
+    }
+    if (name == "plot" && w.size() != 3 && w.size() != 6) {
+        error = "plot FILE ROUTE|gps [LAT LON NM]: a window needs its centre and its miles";
+        return false;
     }
     if (name == "set" && !ParseNumber(w.back(), number)) {
         error = "set NAME VALUE needs a number as VALUE, got '" + w.back() + "'";
@@ -867,8 +871,16 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             std::string out_path = Resolve(run.out_dir, w[1]);
             size_t slash = out_path.rfind('/');
             if (!MakeFolders(out_path.substr(0, slash), why)) return bad(why);
+            PlotWindow window;
+            if (w.size() == 6) {
+                window.set = true;
+                if (!ParseNumber(w[3], window.lat) || !ParseNumber(w[4], window.lon) ||
+                    !ParseNumber(w[5], window.half_nm) || std::fabs(window.lat) > 90 || std::fabs(window.lon) > 180 ||
+                    window.half_nm <= 0)
+                    return bad("plot FILE ROUTE LAT LON NM: a latitude, a longitude and miles above 0");
+            }
             std::string title = (w[2] == "gps" ? std::string("the plan in the simulator's GPS") : w[2]) + "  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
-            if (!WriteRoutePlot(out_path, route, flown, title, why)) return bad(why);
+            if (!WriteRoutePlot(out_path, route, flown, title, why, window)) return bad(why);
         } else if (cmd == "reload") {
             if (!ReloadPanel(host, why)) return bad(why);
         } else if (cmd == "track") {

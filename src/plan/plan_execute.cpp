@@ -173,7 +173,11 @@ void PlanExecute() {
                 SetAirport(TextOf(ident), 0);
                 StartNewFlight();
             }
-            if (TextOf(ident) != TextOf(sel.OriginName) || !TextOf(sel.ModifiedOrigin).empty()) {
+            // The origin page names its airport as both the origin and a waiting
+            // one; what the pilot chose for it since (runway, SID) must survive
+            // the first EXEC, so only a different airport starts the side afresh.
+            std::string_view waiting = TextOf(sel.ModifiedOrigin);
+            if (TextOf(ident) != TextOf(sel.OriginName) || (!waiting.empty() && waiting != TextOf(sel.OriginName))) {
                 SetText(sel.OriginName, TextOf(ident));
                 LoadAirportDetail(TextOf(ident), 1);
                 ClearDepartureSelections(sel);

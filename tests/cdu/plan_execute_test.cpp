@@ -203,6 +203,7 @@ TEST(PlanExecute, CommitsRowsSelectionsAndTheNewOriginsDefaults) {
     pc.ModActiveLeg = kNoActiveLeg;
     pc.PlanState = 2;
     SetText(sel.OriginName, "KAAA");  // the same origin: its departure names and speeds stay
+    SetText(sel.ModifiedOrigin, "KAAA");  // as the origin line leaves it on a route begun from nothing
     SetText(sel.SidName, "RNDY1");
     SetText(sel.PendingDepartureRunway, "16L");
     SetText(sel.ModifiedDestination, "KBBB");

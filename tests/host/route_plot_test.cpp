@@ -39,9 +39,12 @@ TEST(RoutePlot, ReadsTheRowsOfARouteFileAndNamesBadLines) {
     EXPECT_NE(error.find("no waypoint rows"), std::string::npos);
     EXPECT_FALSE(orbsim::ReadRouteFile("/nonexistent/route.rte", fixes, error));
 
-    // A plot is written and is a PNG.
+    // A plot is written and is a PNG; a window around a point too, even with
+    // everything else outside it.
     std::string png = good + ".png";
     ASSERT_TRUE(orbsim::WriteRoutePlot(png, fixes, {{47.45, -122.3}, {47.5, -121.0}}, "t", error)) << error;
+    orbsim::PlotWindow window{true, 47.45, -122.31, 5};
+    ASSERT_TRUE(orbsim::WriteRoutePlot(png, fixes, {{47.45, -122.3}, {47.5, -121.0}}, "t", error, window)) << error;
     std::ifstream in(png, std::ios::binary);
     char magic[4] = {};
     in.read(magic, 4);

@@ -60,6 +60,7 @@ TEST(Script, BadLinesStopTheScriptBeforeItRunsWithFileAndLine) {
         {"shot LNAV ./\n", "s.orbsim:1: shot writes under the output folder (--out); './' leads out of it"},
         {"track ../t.csv\n", "s.orbsim:1: track writes under the output folder (--out); '../t.csv' leads out of it"},
         {"plot /p.png KSEAKOLM.RTE\n", "s.orbsim:1: plot writes under the output folder (--out); '/p.png' leads out of it"},
+        {"plot p.png gps 47.6 -117.5\n", "s.orbsim:1: plot FILE ROUTE|gps [LAT LON NM]: a window needs its centre and its miles"},
         {"click LNAV 1 two\n", "s.orbsim:1: click needs whole pixel numbers, got 'two'"},
         {"window 4011 shut\n", "s.orbsim:1: window IDENT open|close|toggle"},
         {"event 0 1\n", "s.orbsim:1: event NUMBER must be a key event number such as 0x10019, got '0'"},

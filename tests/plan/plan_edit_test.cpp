@@ -760,11 +760,10 @@ TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
     DestinationProcedures& dest = g_procedures.destination;
     dest = DestinationProcedures{};
     SetText(dest.StarTable[1].Name, "OLM5");
+    SetText(dest.StarTable[1].Runways, "10R");  // the runway list is made from it
     dest.StarCount = 1;
     SetListRow(dest.lists.ProcedureNameList.rows[1], "OLM5");
     dest.lists.ProcedureNameList.count = 1;
-    SetListRow(dest.lists.RunwayList.rows[1], "10R");
-    dest.lists.RunwayList.count = 1;
     SetLegs(g_selected_legs.Star, {"OLM", "RIVER"});
     ChooseStar(1, 0);
     EXPECT_STREQ(sel.StarName.data(), "OLM5");
