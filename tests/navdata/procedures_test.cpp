@@ -685,8 +685,10 @@ TEST(Procedures, DemonstrationRouteLegs) {
     for (const SelectedLegTable* t : {&g_selected_legs.Sid, &g_selected_legs.Star, &g_selected_legs.Approach})
         for (int i = 1; i <= t->count; ++i) {
             const AirportDetail& a = t == &g_selected_legs.Sid ? g_airports.OriginAirport : g_airports.DestinationAirport;
-            if (t != &g_selected_legs.Star) EXPECT_LT(Nm({a.Latitude, a.Longitude}, {t->rows[i].Latitude, t->rows[i].Longitude}), 40)
-                << TextOf(t->rows[i].Fix);
+            if (t != &g_selected_legs.Star) {
+                EXPECT_LT(Nm({a.Latitude, a.Longitude}, {t->rows[i].Latitude, t->rows[i].Longitude}), 40)
+                    << TextOf(t->rows[i].Fix);
+            }
         }
     ListApproachTransitions("I21");
     EXPECT_EQ(Names(g_procedures.destination.lists.ApproachTransitionList), "DPY GEG");
