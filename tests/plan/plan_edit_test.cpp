@@ -708,6 +708,14 @@ std::string LegFixes(const SelectedLegTable& legs) {
 void SetListRow(ProcedureListEntry& entry, const char* name) { SetText(entry.Name, name); }
 }  // namespace
 
+static void ClearRecord(ProcedureRecord& r) {
+    r.Name = {};
+    r.ApproachIdent = {};
+    r.Extra = {};
+    r.Runways = {};
+    r.LegCount = 0;
+}
+
 TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
     SetAirportSlot(g_airports.OriginAirport, "KSEA", 47.45, -122.31);
     SetAirportSlot(g_airports.DestinationAirport, "KPDX", 45.59, -122.6);
@@ -716,7 +724,11 @@ TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
     g_plan.context.PlanState = 3;
     PlanSelections& sel = g_plan.context.Selections;
     OriginProcedures& origin = g_procedures.origin;
-    origin = OriginProcedures{};
+    // The tables are megabytes: reset in place, not through a temporary on the stack.
+    for (int i = 1; i <= 2; ++i) ClearRecord(origin.SidTable[i]);
+    origin.SidCount = 0;
+    origin.SelectedSidRow = 0;
+    origin.lists = ProcedureLists{};
     SetText(origin.SidTable[1].Name, "HAROB6");
     SetText(origin.SidTable[2].Name, "SUMMA1");
     origin.SidCount = 2;
@@ -758,7 +770,11 @@ TEST_F(PlanEdit, ProcedureKeysChooseBuildAndInsert) {
 
     // A STAR of one runway chooses that runway too.
     DestinationProcedures& dest = g_procedures.destination;
-    dest = DestinationProcedures{};
+    ClearRecord(dest.StarTable[1]);
+    dest.StarCount = 0;
+    dest.ApproachCount = 0;
+    dest.SelectedStarRow = 0;
+    dest.lists = ProcedureLists{};
     SetText(dest.StarTable[1].Name, "OLM5");
     SetText(dest.StarTable[1].Runways, "10R");  // the runway list is made from it
     dest.StarCount = 1;
