@@ -25,7 +25,7 @@ constexpr float kSelectPositionDrop = 15;     // the position line below the nam
 constexpr const char* kHoldAtPrefix = "HOLD AT ";
 
 // The kind of a candidate as the list shows it.
-const char* KindText(const NavRecord& r) {
+const char* CandidateKindText(const NavRecord& r) {
     std::string_view kind = TextOf(r.Kind);
     if (kind == "V") return "VOR";
     if (kind == "N") return "NDB";
@@ -86,7 +86,7 @@ void SelectWaypointPage(CduScreen& screen) {
         if (i > count) break;
         const NavRecord& r = c.rows[static_cast<size_t>(i)];
         char line[64];
-        std::snprintf(line, sizeof line, "%-6s  %3s  %6s", r.Ident.data(), KindText(r), r.Frequency.data());
+        std::snprintf(line, sizeof line, "%-6s  %3s  %6s", r.Ident.data(), CandidateKindText(r), r.Frequency.data());
         float y = CduValueY(n);
         screen.Value(line, kSelectNameX, y);
         char lat[20], lon[20];
