@@ -165,9 +165,8 @@ void DeparturesLeftKey(int index) {
         if (index > ListCount(l.ProcedureNameList)) return;
         SetNone(t.SidTransition);
         s.SidTransitionChosen = 0;
-        ChooseSid(index, 0);
+        ChooseSid(index, 0);  // lists the SID's transitions too
         s.SidChosen = 1;
-        ListSidTransitions(TextOf(t.SidName), TextOf(t.DepartureRunway), 1);
         return;
     }
     if (index == 1) {
@@ -394,6 +393,7 @@ void ArrivalsLeftKey(int index) {
         s.StarTransitionChosen = 0;
         ChooseStar(index, 0);
         s.StarChosen = 1;
+        // Again: a STAR of one runway has just chosen that runway.
         ListStarTransitions(TextOf(t.StarName), TextOf(t.ArrivalRunway), 1);
         return;
     }

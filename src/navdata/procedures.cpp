@@ -715,6 +715,14 @@ int WholeDegree(double value) {
     if (!std::isfinite(value) || std::fabs(value) > 1000) return 0;
     return static_cast<int>(value);
 }
+// The airport's section of the main file, or, when that file has none, of
+// the user file.
+void ReadMainOrUserSection(ProcedureFileId main_file, ProcedureFileId user_file, ProcedureFileKind kind,
+                           std::string_view ident, const AirportDetail& airport, double magvar,
+                           ProcedureRecord* table, int& count, int limit) {
+    if (!ReadProcedureSection(main_file, kind, ident, airport, magvar, table, count, limit))
+        ReadProcedureSection(user_file, kind, ident, airport, magvar, table, count, limit);
+}
 }  // namespace
 
 void LoadSids(std::string_view ident) {
@@ -724,11 +732,8 @@ void LoadSids(std::string_view ident) {
     o.SelectedSidRow = 0;
     o.lists = ProcedureLists{};
     o.OriginMagVar = MagneticVariation(WholeDegree(airport.Latitude), WholeDegree(airport.Longitude));
-    // The user file only when the main file has no section for the airport.
-    if (!ReadProcedureSection(ProcedureFileId::Sids, ProcedureFileKind::Sids, ident, airport, o.OriginMagVar,
-                              o.SidTable.data(), o.SidCount, kSidLimit))
-        ReadProcedureSection(ProcedureFileId::SidsUser, ProcedureFileKind::Sids, ident, airport, o.OriginMagVar,
-                             o.SidTable.data(), o.SidCount, kSidLimit);
+    ReadMainOrUserSection(ProcedureFileId::Sids, ProcedureFileId::SidsUser, ProcedureFileKind::Sids, ident, airport,
+                          o.OriginMagVar, o.SidTable.data(), o.SidCount, kSidLimit);
 }
 
 void LoadStars(std::string_view ident) {
@@ -738,10 +743,8 @@ void LoadStars(std::string_view ident) {
     d.SelectedStarRow = 0;
     d.lists = ProcedureLists{};
     d.DestinationMagVar = MagneticVariation(WholeDegree(airport.Latitude), WholeDegree(airport.Longitude));
-    if (!ReadProcedureSection(ProcedureFileId::Stars, ProcedureFileKind::Stars, ident, airport, d.DestinationMagVar,
-                              d.StarTable.data(), d.StarCount, kStarLimit))
-        ReadProcedureSection(ProcedureFileId::StarsUser, ProcedureFileKind::Stars, ident, airport, d.DestinationMagVar,
-                             d.StarTable.data(), d.StarCount, kStarLimit);
+    ReadMainOrUserSection(ProcedureFileId::Stars, ProcedureFileId::StarsUser, ProcedureFileKind::Stars, ident, airport,
+                          d.DestinationMagVar, d.StarTable.data(), d.StarCount, kStarLimit);
 }
 
 void LoadApproaches(std::string_view ident) {
