@@ -425,7 +425,7 @@ void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style) {
             g.FillEllipse(amber, static_cast<int>(x) - 4, static_cast<int>(y) - 4, 8, 8);
             if (v.CruiseReached == 0 && v.TargetAltitude == cruise && v.VnavOn == 0)
                 std::snprintf(text, sizeof text, "[TOC]");
-            else if (v.CruiseReached == 1 && v.descent_active == 0 && v.TargetAltitude == cruise && v.VnavOn == 0)
+            else if (v.CruiseReached == 1 && v.DescentActive == 0 && v.TargetAltitude == cruise && v.VnavOn == 0)
                 std::snprintf(text, sizeof text, "[TOD]");
             else
                 std::snprintf(text, sizeof text, "[%.0f]", v.TargetAltitude);
@@ -451,7 +451,7 @@ void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style) {
         };
         if (before_cruise && HasPoint(v.TopOfClimbLatitude, v.TopOfClimbLongitude))
             mark(v.TopOfClimbLatitude, v.TopOfClimbLongitude, "T/C");
-        if (v.descent_active == 0 && HasPoint(v.TopOfDescentLatitude, v.TopOfDescentLongitude))
+        if (v.DescentActive == 0 && HasPoint(v.TopOfDescentLatitude, v.TopOfDescentLongitude))
             mark(v.TopOfDescentLatitude, v.TopOfDescentLongitude, "T/D");
     } else if (style == 9 || style == 10) {
         // 5. The arrow style: a tail rising (T/C) or falling (T/D) to a bar with a head.
@@ -468,7 +468,7 @@ void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style) {
         };
         if (before_cruise && HasPoint(v.TopOfClimbLatitude, v.TopOfClimbLongitude))
             chevron(v.TopOfClimbLatitude, v.TopOfClimbLongitude, 1);
-        if (v.descent_active == 0 && HasPoint(v.TopOfDescentLatitude, v.TopOfDescentLongitude))
+        if (v.DescentActive == 0 && HasPoint(v.TopOfDescentLatitude, v.TopOfDescentLongitude))
             chevron(v.TopOfDescentLatitude, v.TopOfDescentLongitude, -1);
     } else if (v.VnavOn == 1) {
         // 6. Any other style: green dots with bracketed names, with VNAV on.

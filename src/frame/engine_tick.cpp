@@ -201,7 +201,7 @@ void RateAndPause() {
     SimState& s = g_sim;
     TickState& t = g_tick;
     s.simulation_rate = SimulationRate();
-    if (g_vnav.descent_active) {
+    if (g_vnav.DescentActive) {
         if (g_config.Lnav1xAtTod == 1 && !t.rate_action_done) {
             if (s.simulation_rate == 1.0) t.rate_action_done = 1;
             else TriggerKeyEvent(s.simulation_rate < 1.0 ? 0x100FD : 0x100FE, 0);

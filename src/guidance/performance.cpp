@@ -10,6 +10,8 @@
 #include <algorithm>
 
 PerformanceState g_performance;
+PerformanceTable g_performance_table;
+PlanDistanceState g_plan_distances;
 
 namespace {
 // How much colder than 15 C the standard atmosphere is at the cruise
@@ -77,3 +79,20 @@ double FuelOnBoardKept() {
     if (g_performance.fuel_kept < 0 || now < g_performance.fuel_kept) g_performance.fuel_kept = now;
     return g_performance.fuel_kept;
 }
+
+void LoadPerformanceTable() {}
+void ReadPerformanceText(const char*, size_t, PerformanceTable&) {}
+int OptimizeProfile() { return 0; }
+int SemicircularAltitude(int altitude, double) { return altitude; }
+void WriteVerticalProfileFile() {}
+bool FormatArrivalTime(double, double, double, char* out, size_t size) {
+    if (size > 0) out[0] = 0;
+    return false;
+}
+double FuelAtDistance(double, double) { return 0; }
+bool DestinationTimeAndFuel(double, double, double& minutes, double& fuel_left) {
+    minutes = 0;
+    fuel_left = 0;
+    return false;
+}
+double WeightInDisplayUnit(double pounds) { return pounds; }

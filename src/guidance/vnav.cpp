@@ -12,7 +12,7 @@ void VnavToggle() { g_vnav.VnavOn = g_vnav.VnavOn ? 0 : 1; }
 void VnavWaypointPassedAbeam() {
     g_vnav.AltSetDone = 0;
     g_vnav.SpdSetDone = 0;
-    if (g_vnav.CruiseReached && !g_vnav.descent_active) g_vnav.TdCheck = 1;
+    if (g_vnav.CruiseReached && !g_vnav.DescentActive) g_vnav.TdCheck = 1;
 }
 
 void VnavChooseNextTarget() {}
@@ -28,3 +28,9 @@ void VnavVerticalSteps() {}
 int FindClimbTarget(int offset) { return g_plan.context.ActiveLeg + offset; }
 
 void RecomputeTopOfDescent(int) {}
+
+void SelectVerticalTarget() {}
+void VnavCommand() {}
+void VnavSetSpeed() {}
+void VnavAfterExecute(int) {}
+void ResetVnavForNewPlan() { g_vnav = VnavState{}; }

@@ -136,7 +136,7 @@ TEST_F(TickTest, WindTermsAndTrackAgainstWorkedNumbers) {
 TEST_F(TickTest, RateBackToOneAtTopOfDescentOneStepATick) {
     g_module.SimGeneration = 9;
     g_config.Lnav1xAtTod = 1;
-    g_vnav.descent_active = 1;
+    g_vnav.DescentActive = 1;
     sim.tokens[Token::SIM_RATE] = 4;
     Tick();
     ASSERT_EQ(sim.CountEvents(0x100FE), 1);
@@ -152,7 +152,7 @@ TEST_F(TickTest, RateBackToOneAtTopOfDescentOneStepATick) {
     ResetModuleState();
     g_module.SimGeneration = 10;
     g_config.Lnav1xAtTod = 1;
-    g_vnav.descent_active = 1;
+    g_vnav.DescentActive = 1;
     sim.tokens[Token::SIM_RATE] = 128;
     Tick();
     EXPECT_EQ(sim.CountEvents(0x100FD), 1);
@@ -163,7 +163,7 @@ TEST_F(TickTest, PauseAtTopOfDescentOnce) {
     g_config.PauseAtTod = 1;
     Tick();
     EXPECT_EQ(sim.CountEvents(0x10019), 0);  // not in descent yet
-    g_vnav.descent_active = 1;
+    g_vnav.DescentActive = 1;
     Ticks(3);
     EXPECT_EQ(sim.CountEvents(0x10019), 1);
     EXPECT_EQ(g_config.PauseAtTod, 0);
