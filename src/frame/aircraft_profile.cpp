@@ -492,8 +492,9 @@ void FinishAircraftProfile() {
     profile.CruiseMachMax = MachAt15000(profile.CruiseIasMax);
     profile.DescentMachMax = MachAt15000(profile.DescentIasMax);
 
-    // 7. The performance table named by PerformanceData is loaded by the
-    // predictions' own loader once that exists; nothing to do here yet.
+    // 7. The performance table the profile names: the start-up loads it right
+    // after the profile (LoadPerformanceTable), since the predictions that
+    // read it stand above the frame.
 
     // 8. The cost index.
     ApplyCostIndex();

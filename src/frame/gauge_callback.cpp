@@ -29,6 +29,7 @@
 #include "frame/sim_generation.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
+#include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_execute.h"
@@ -128,6 +129,7 @@ void StartupOnce(GaugeId id, const char* parameters) {
             name[0] = 0;
         if (name[0] != 0) {
             LoadAircraftProfile(name.data());
+            LoadPerformanceTable();
             ApplyDisplayStartModes();
         }
     }

@@ -223,6 +223,7 @@ constexpr OptionEntry kGlobalOptions[] = {
     Real("WptChgSecs", &g_config.WptChgSecs, R::AboveZero),
     Real("WptProcChgDist", &g_config.WptProcChgDist, R::AboveZero),
     Real("WptProcChgSecs", &g_config.WptProcChgSecs, R::AboveZero),
+    Int("WriteVnavProfile", &g_config.WriteVnavProfile),
 };
 }  // namespace
 

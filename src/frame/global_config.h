@@ -91,6 +91,7 @@ struct GlobalConfig {
     double WptChgSecs = 0;              // above 0: change distance by time, seconds
     double WptProcChgDist = 3;          // nm, the same for procedure waypoints
     double WptProcChgSecs = 0;          // seconds, the same by time for procedure waypoints
+    int WriteVnavProfile = 0;           // 1: EXEC writes \orb\vnav_profile.txt, the predicted profile
 };
 
 extern GlobalConfig g_config;

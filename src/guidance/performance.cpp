@@ -1,4 +1,8 @@
-// performance.cpp: the distances the tick needs now; predictions come later.
+// performance.cpp: the performance state the pages keep (the cruise
+// temperature pair, the kept fuel) and the simple distances to the
+// destination the tick and pages ask for. The tables are read in
+// performance_table.cpp, the predictions made in predictions.cpp, times and
+// fuel in page_times.cpp.
 #include "guidance/performance.h"
 
 #include "frame/aircraft_profile.h"
@@ -28,10 +32,6 @@ void EnterIsaDeviation(double isa_deviation) {
     g_performance.IsaDeviation = isa_deviation;
     g_performance.CruiseOat = isa_deviation + 15.0 - StandardLapse();
 }
-
-void PredictProfile(int, int) {}
-
-void PlanDistances() {}
 
 double RouteDistanceToDestination(double distance_to_active) {
     const PlanContext& pc = g_plan.context;
@@ -80,19 +80,3 @@ double FuelOnBoardKept() {
     return g_performance.fuel_kept;
 }
 
-void LoadPerformanceTable() {}
-void ReadPerformanceText(const char*, size_t, PerformanceTable&) {}
-int OptimizeProfile() { return 0; }
-int SemicircularAltitude(int altitude, double) { return altitude; }
-void WriteVerticalProfileFile() {}
-bool FormatArrivalTime(double, double, double, char* out, size_t size) {
-    if (size > 0) out[0] = 0;
-    return false;
-}
-double FuelAtDistance(double, double) { return 0; }
-bool DestinationTimeAndFuel(double, double, double& minutes, double& fuel_left) {
-    minutes = 0;
-    fuel_left = 0;
-    return false;
-}
-double WeightInDisplayUnit(double pounds) { return pounds; }

@@ -134,6 +134,10 @@ void PredictProfile(int cruise_altitude, int per_waypoint);
 void PlanDistances();
 // The semicircular rule on a cruise altitude for an initial true bearing.
 int SemicircularAltitude(int altitude, double bearing);
+// nm along ActivePlan from row 0 to the last row, "DISCO" rows skipped.
+double PlanRouteLength();
+// Initial true bearing from ActivePlan's first row to its last; 0 without two rows.
+double PlanInitialBearing();
 // nm along the plan from the aircraft to the destination, given the distance
 // to the active waypoint (LNAV's); negative without a plan.
 double RouteDistanceToDestination(double distance_to_active);

@@ -109,7 +109,7 @@ TEST_F(GlobalConfigFile, EveryKeySetsItsOwnOption) {
     }
     EXPECT_EQ(fields.size(), table.size());
     EXPECT_EQ(keys.size(), table.size());
-    EXPECT_EQ(table.size(), 58u);
+    EXPECT_EQ(table.size(), 59u);
     WriteOrbCfg(file);
     LoadGlobalConfig();
     for (size_t i = 0; i < table.size(); ++i) {
