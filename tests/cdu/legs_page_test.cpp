@@ -41,6 +41,10 @@ MapView PlanMapView() {
 TEST(LegsPage, RestrictionsInTheirFormsAndTheCopyBack) {
     CduRig cdu;
     ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    // The page's own forms: the predicted figures EXEC wrote are taken off
+    // the en-route rows, so that each entry stands alone.
+    for (PlanTable* plan : {&g_plan.ActivePlan, &g_plan.ModPlan})
+        for (int i = 1; i < g_plan.context.ActiveLastRow; ++i) (*plan)[i].Altitude = (*plan)[i].Speed = -999;
     cdu.PressAndFrame("LEGS");
     ASSERT_EQ(g_plan.context.PlanState, 3);
     EXPECT_TRUE(cdu.ScreenHas("RTE    LEGS"));
