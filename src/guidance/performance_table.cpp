@@ -187,6 +187,14 @@ constexpr double kWeightStart = 100;             // pounds on the entered gross 
 constexpr int kOptimisePasses = 5;
 constexpr int kWalkStepLimit = 64;               // steps of a walk (450 nm / 20 is 23)
 constexpr double kUnreachable = 1e6;             // nm: a walk that never climbs
+constexpr double kHighestCeiling = 100000;       // feet: an altitude limit above it is no limit
+constexpr double kHighestFigure = 100000;        // knots or ft/min kept from the means; beyond is no figure
+
+// A mean or table figure as the whole number the profile keeps; 0 for none.
+int WholeFigure(double value) {
+    if (!(value > 0)) return 0;
+    return static_cast<int>(std::lround(std::min(value, kHighestFigure)));
+}
 
 // The means of one walk: x = (sum t x sum(x / t)) / n^2 over its segments.
 struct WalkMeans {
@@ -352,6 +360,7 @@ int OptimizeProfile() {
     // Step 2: the ceiling, raised to the altitude limit table's highest.
     double ceiling = p.MaxCruise;
     for (int r = 1; r <= table.AltitudeLimitCount; ++r) ceiling = std::max(ceiling, table.AltitudeLimit[r].Altitude);
+    ceiling = std::clamp(ceiling, 0.0, kHighestCeiling);
 
     // Step 3: the weight to start from.
     const double gross = g_performance.GrossWeight;
@@ -388,22 +397,22 @@ int OptimizeProfile() {
 
     // Step 6: the speeds and rates the predictions fly by.
     const double oat = g_performance.CruiseOat;
-    if (climb.tas > 0) {
+    if (climb.tas > 0 && climb.tas < kHighestFigure) {
         p.ClimbTas = climb.tas;
-        p.ClimbIas = static_cast<int>(std::lround(TasToIas(climb.tas, 15000)));
+        p.ClimbIas = WholeFigure(TasToIas(climb.tas, 15000));
         g_config.ClimbMach = IasToMach(p.ClimbIas, 15000, oat);
     }
-    if (descent.tas > 0) {
+    if (descent.tas > 0 && descent.tas < kHighestFigure) {
         p.DescentTas = descent.tas;
-        p.DescentIas = static_cast<int>(std::lround(TasToIas(descent.tas, 15000)));
+        p.DescentIas = WholeFigure(TasToIas(descent.tas, 15000));
         g_config.DescentMach = IasToMach(p.DescentIas, 15000, oat);
     }
     const CruisePerformanceRow& row = table.Cruise[NearestRow(table.Cruise, table.CruiseCount, cruise)];
-    if (row.Tas > 0) {
-        p.CruiseIas = static_cast<int>(std::lround(TasToIas(row.Tas, cruise)));
+    if (row.Tas > 0 && row.Tas < kHighestFigure) {
+        p.CruiseIas = WholeFigure(TasToIas(row.Tas, cruise));
         g_config.CruiseMach = IasToMach(p.CruiseIas, cruise, oat);
     }
-    if (climb.rate > 0) p.ClimbRate = static_cast<int>(std::lround(climb.rate));
-    if (descent.rate > 0) p.DescentRate = descent.rate;
+    if (climb.rate > 0 && climb.rate < kHighestFigure) p.ClimbRate = WholeFigure(climb.rate);
+    if (descent.rate > 0 && descent.rate < kHighestFigure) p.DescentRate = descent.rate;
     return cruise;
 }

@@ -32,6 +32,7 @@ constexpr int kClimbMinuteLimit = 199;        // minutes of the climb walk witho
 constexpr double kFallbackRate = 1800;        // ft/min when a rate reads 0 or less
 constexpr double kTruncateAbove = 1000;       // feet: predicted altitudes above it go to whole hundreds
 constexpr double kProperCruise = 1000;        // feet: a cruise altitude at or below it is no cruise
+constexpr double kFarAway = 1e6;              // nm: a T/C or T/D distance that can't be told stands here
 
 // Along-route distance of each row from row 0; "DISCO" rows carry the one before.
 using RowDistances = std::array<double, kPlanRows>;
@@ -176,17 +177,19 @@ void PredictProfile(int cruise_altitude, int per_waypoint) {
                 }
             }
             if (chosen < 0) chosen = std::min<double>(p.MaxCruise, std::floor(level / 1000.0) * 1000.0);
+            chosen = std::clamp(chosen, 0.0, static_cast<double>(std::max(p.MaxCruise, 0)));
             cruise = SemicircularAltitude(static_cast<int>(chosen), PlanInitialBearing());
         }
     }
     if (!(rate > 0)) rate = kFallbackRate;
 
     // Step 4: the climb distance from the present altitude.
-    const double climb_distance = std::max(0.0, cruise - altitude_now) / rate * (p.ClimbTas / 60.0);
+    double climb_distance = std::max(0.0, cruise - altitude_now) / rate * (p.ClimbTas / 60.0);
+    if (!(climb_distance >= 0) || climb_distance > kFarAway) climb_distance = kFarAway;
 
     // Step 5: T/C, before cruise.
     if (v.CruiseReached == 0) {
-        d.TcDistFromOrigin = static_cast<int>(std::trunc(std::min(climb_distance, 1e6)));
+        d.TcDistFromOrigin = static_cast<int>(std::trunc(climb_distance));
         int leg_start = 0;
         PointAlongRoute(climb_distance, v.TopOfClimbLatitude, v.TopOfClimbLongitude, leg_start);
         d.TcRow = leg_start;
@@ -200,7 +203,8 @@ void PredictProfile(int cruise_altitude, int per_waypoint) {
     // Step 7: T/D, back from the last row by the descent to the next restriction.
     const int restriction_row = std::clamp(pc.NextRestrictionRow, 0, last);
     const double target = KnownAltitude(Plan()[restriction_row].Altitude);
-    const double descent_distance = std::max(0.0, cruise - target) / descent_rate * (p.DescentTas / 60.0);
+    double descent_distance = std::max(0.0, cruise - target) / descent_rate * (p.DescentTas / 60.0);
+    if (!(descent_distance >= 0) || descent_distance > kFarAway) descent_distance = kFarAway;
     PointBackFromEnd(descent_distance, v.TopOfDescentLatitude, v.TopOfDescentLongitude);
     d.TdDistFromOrigin = std::max(0.0, route - descent_distance);
 

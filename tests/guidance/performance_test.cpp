@@ -235,3 +235,32 @@ TEST(PerformanceFile, LoadedByNameOrBelowTheAircraftFolder) {
     EXPECT_EQ(g_performance_table.CruiseWeightCount, 3);
     EXPECT_DOUBLE_EQ(g_performance_table.Cruise[8].FuelFlow[1], 3600) << "35000 ft at 140000 lb";
 }
+
+// [SECTION] Hostile performance files
+
+#define ORB_NO_FUZZ_MAIN
+#include "fuzz/performance_file.cpp"
+
+TEST(PerformanceFile, HostileBytesNeitherCrashNorStall) {
+    ResetModuleState();
+    // Huge and endless figures: an altitude limit far out of range once made
+    // the step-down loop endless (1e308 - 1000 is 1e308).
+    const std::string inputs[] = {
+        "[CLIMB]\n0 1e308 1e308 1e308\n[CRUISE]\n0 1e308\n[DESCENT]\n0 1e308 1e308\n[Altitude]\n1e308\n",
+        "[CLIMB]\n0 0 0\n[CRUISE]\n0 0\n[DESCENT]\n0 0 0\n",
+        "[CLIMB]\n0 -300 -2000\n[CRUISE]\n-5 -1 -1\n[DESCENT]\n99999999999 1 1\n[Altitude]\n-1e308\n",
+        "[CLIMB]\n0 0.0000001 99999\n[GRWT 1e308 -1e308]\n0 400 1 2\n[DESCENT]\n0 0.0000001 1\n",
+        std::string("[CLIMB]\n\0\0\0 250\n[CRUISE", 22),
+    };
+    for (const std::string& text : inputs) {
+        performance_fuzz::ReadPerformanceBytes(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+        int cruise = OptimizeProfile();
+        EXPECT_GE(cruise, 0) << text;
+        EXPECT_LE(cruise, 100000) << text;
+    }
+    // Tables without speed never climb: the altitude comes down to the floor
+    // of the step-down, 3000, and the east rule keeps it.
+    performance_fuzz::ReadPerformanceBytes(reinterpret_cast<const uint8_t*>(inputs[1].data()), inputs[1].size());
+    EXPECT_EQ(OptimizeProfile(), 3000);
+    EXPECT_EQ(g_performance_table.ClimbCount, 1);
+}
