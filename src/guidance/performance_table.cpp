@@ -152,7 +152,7 @@ void LoadPerformanceTable() {
     if (name[0] == 0) return;
 
     // Step 1: the name as it stands, then below the root's aircraft folder.
-    static LineReader reader;
+    static LineReader reader;  // 64 KB: kept off the stack
     bool opened = reader.Open(name);
     if (!opened) {
         char path[kRootFolderSize + kConfigTextSize + sizeof kAircraftFolder];
@@ -163,7 +163,7 @@ void LoadPerformanceTable() {
 
     // Step 2: line by line.
     PerformanceSection section = PerformanceSection::None;
-    static std::array<char, kPerformanceLineLimit + 1> line{};
+    std::array<char, kPerformanceLineLimit + 1> line{};
     size_t length = 0;
     while (reader.Next(line.data(), line.size(), length))
         ReadPerformanceLine(std::string_view(line.data(), length), section, table);
