@@ -384,7 +384,7 @@ void PlanDistances() {
 
     // Step 1: the phase sums start afresh with a proper cruise altitude.
     double to_go = 0;
-    double tc_from_dest = 0;  // nm from T/C to the last row, along the route
+    double tc_from_dest = 0;  // nm from T/C to the last row: a distance to go below it is past T/C
     double to_tc = 0;         // nm from the aircraft to T/C
     bool tc_reached = false;
     double target_distance = 0;
@@ -400,7 +400,8 @@ void PlanDistances() {
         double leg = Distance(lat, lon, to.Latitude, to.Longitude);
         to_go += leg;
         if (before_cruise && has_tc) {
-            // T/C lies on the leg that starts at TcRow.
+            // T/C lies on the leg that starts at TcRow: the legs after it count
+            // whole towards T/C's distance from the end, that leg from T/C on.
             if (leg_start > d.TcRow || (leg_start == d.TcRow && tc_reached)) {
                 tc_from_dest += leg;
             } else if (leg_start == d.TcRow) {
