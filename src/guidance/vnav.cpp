@@ -28,7 +28,7 @@
 #include "frame/sim_access.h"
 #include "frame/sim_state.h"
 #include "guidance/geodesy.h"
-#include "guidance/lnav.h"
+#include "guidance/lnav_state.h"
 #include "guidance/performance.h"
 #include "guidance/runway_tuning.h"
 #include "navdata/nav_database.h"
@@ -537,7 +537,6 @@ void DescentStep() {
 
 void VnavVerticalSteps() {
     VnavState& v = g_vnav;
-    PlanContext& pc = g_plan.context;
     if (!HasActiveLeg()) return;
     // 1.-2. The phase changes, for a plan with a cruise altitude.
     if (CruiseAltitude() > 0) {
@@ -571,7 +570,6 @@ void VnavVerticalSteps() {
     }
     // 7. The speed setter.
     VnavSetSpeed();
-    (void)pc;
 }
 
 // [SECTION] VnavCommand
@@ -704,7 +702,6 @@ void VnavSetSpeed() {
 
 // [SECTION] Plan changes: EXEC, a new plan
 void VnavRestartTargets() {
-    VnavState& v = g_vnav;
     PlanContext& pc = g_plan.context;
     if (!HasActiveLeg()) {
         PlanDistances();
@@ -714,15 +711,14 @@ void VnavRestartTargets() {
     if (InClimb()) FindClimbTarget(0);
     RecomputeTopOfDescent(0);
     PlanDistances();
-    // The target is T/C, unless a restriction comes first in the climb.
+    // The target is T/C, unless a restriction comes first in the climb: the
+    // climb's own restriction ahead, or a nearer one.
     TargetTopOfClimb();
     pc.NextRestrictionRow = NextRestrictionFrom(ActiveRow(), true);
     if (InClimb()) {
         int r = FindClimbTarget(1);
-        TargetTopOfClimb();
         if (pc.NextRestrictionRow < r) TargetRow(pc.NextRestrictionRow);
     }
-    (void)v;
 }
 
 void VnavAfterExecute(int modification_executed) {

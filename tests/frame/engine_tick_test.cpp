@@ -174,12 +174,15 @@ TEST_F(TickTest, DeferredAutopilotWritesGoOutAndAreRemembered) {
     g_profile.DescentIas = 290;
     g_tick.mach_write_pending = 2;
     g_tick.speed_write_pending = 1;
-    Ticks(2);
-    EXPECT_EQ(sim.CountEvents(0x101F6), 2);
+    Tick();
+    EXPECT_EQ(sim.CountEvents(0x101F6), 1);
     EXPECT_EQ(sim.CountEvents(0x101F5), 1);
     EXPECT_EQ(sim.key_events.front(), std::make_pair(0x101F6u, 78u));
     EXPECT_EQ(g_vnav.LastIasSent, 290);
     EXPECT_EQ(g_vnav.LastMachSent, 78);
+    Ticks(3);
+    EXPECT_EQ(sim.CountEvents(0x101F6), 2);  // two ticks, then no more
+    EXPECT_EQ(sim.CountEvents(0x101F5), 1);
     // The markers copy the autopilot's own values, once they have been
     // sampled after the write (the vertical group runs 6 times a second).
     sim.calculator["(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"] = 35000;
