@@ -658,8 +658,10 @@ TEST_F(VnavFlight, APilotsAltitudeIsNotFoughtAndDropsVnavWhenTheOptionSaysSo) {
     // VNAV's own write and the seconds after it are no pilot's change,
     // whichever phase of the second it fell in.
     for (int shift = 0; shift < 18; ++shift) {
+        g_vnav.TargetAltitude = shift % 2 == 0 ? 34000 : 35000;
         g_vnav.AltSetDone = 0;
         ac.Fly(3);
+        ASSERT_EQ(ac.ap_altitude, g_vnav.TargetAltitude);
         ASSERT_EQ(g_vnav.VnavOn, 1) << "dropped after its own write, shift " << shift;
         ac.Tick();
     }
