@@ -163,9 +163,21 @@ const RunwayRecord* DestinationRunway() {
 }
 
 // [SECTION] Writes to the autopilot
+// A segment asked for again (a hold's fix passed on each circuit) finds the
+// bug already reading the value: nothing more is sent.
+bool SpeedBugReads(int knots) {
+    return g_tick.speed_marker == -999 && g_sim.mach_hold == 0 && g_vnav.LastIasSent == knots &&
+           static_cast<int>(g_sim.autopilot_airspeed.now) == knots;
+}
+
+bool AltitudeBugReads(int feet) {
+    return g_tick.altitude_marker == -999 && g_vnav.LastAltSeen == feet &&
+           static_cast<int>(g_sim.autopilot_altitude.now) == feet;
+}
+
 void SendSpeed(double knots) {
     int value = static_cast<int>(knots);
-    if (value <= 0) return;
+    if (value <= 0 || SpeedBugReads(value)) return;
     TriggerKeyEvent(kSetSpeed, static_cast<UINT32>(value));
     g_vnav.LastIasSent = value;
     g_tick.speed_marker = TickStamp();
@@ -173,6 +185,7 @@ void SendSpeed(double knots) {
 
 void SendAltitude(double feet) {
     int value = static_cast<int>(feet);
+    if (AltitudeBugReads(value)) return;
     TriggerKeyEvent(kSetAltitude, static_cast<UINT32>(static_cast<int32_t>(value)));
     g_vnav.AltSetStamp = TickStamp();
     g_vnav.LastAltSeen = value;

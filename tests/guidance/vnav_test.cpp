@@ -691,6 +691,12 @@ TEST_F(VnavFlight, APilotsAltitudeStandsUntilTheNextSegmentWithoutTheOption) {
     SelectVerticalTarget();
     ac.Tick();
     EXPECT_EQ(EventValues(sim, kAltitudeEvent, from), std::vector<int>{35000});
+    // The same segment asked for again, the bug reading it: nothing more is sent.
+    ac.Fly(1);
+    SelectVerticalTarget();
+    ac.Fly(1);
+    EXPECT_EQ(EventValues(sim, kAltitudeEvent, from), std::vector<int>{35000});
+    EXPECT_EQ(g_vnav.AltSetDone, 1);
 }
 
 TEST_F(VnavFlight, APilotsSpeedStopsTheSpeedWritesUntilVnavIsEngagedAgain) {
