@@ -655,8 +655,8 @@ void VnavSetSpeed() {
     if (c.VnavSetSpd == 1 && v.SpdSetDone == 1 && c.VnavSetSpdOffOnManSpdChg == 1 && SpeedBugTurnedByPilot())
         c.VnavSetSpd = 2;
     // 2. Only near the active waypoint (or when held for it), once a segment.
-    bool near = g_lnav.DistToActive < p.VnavSetSpdRestDist || g_tick.hold_vnav_speed_write == 1;
-    if (!near || !HasActiveLeg() || v.SpdSetDone != 0 || v.VnavOn != 1 || !PlanActive() || c.VnavSetSpd != 1) return;
+    bool in_range = g_lnav.DistToActive < p.VnavSetSpdRestDist || g_tick.hold_vnav_speed_write == 1;
+    if (!in_range || !HasActiveLeg() || v.SpdSetDone != 0 || v.VnavOn != 1 || !PlanActive() || c.VnavSetSpd != 1) return;
     // 3. A row without predictions gives nothing to write.
     PlanWaypoint& row = Row(ActiveRow());
     if (row.Altitude == kNoAltitude || row.Speed == kNoAltitude) return;

@@ -472,58 +472,69 @@ TEST_F(VnavFlight, AtTopOfDescentTheBugsGoToTheTargetAndTheDescentSpeed) {
 
 TEST_F(VnavFlight, PassingTopOfDescentAbeamStartsTheDescentByTheRouteLeftToFly) {
     PlaceActivePlan(NorthRoute(), 35000);
-    g_profile.DescentIas = 270;
     g_plan.context.ActiveLeg = 5;
     g_plan.context.ActiveWaypointLatitude = 42.5;
-    // T/D at 42.0 N on the route; the aircraft passes 3 nm east of it.
+    // T/D at 42.0 N on the route, 60 nm from KDST; the aircraft passes 3 nm east of it.
     g_vnav.TopOfDescentLatitude = 42.0;
     g_vnav.TopOfDescentLongitude = kRouteLongitude;
     g_vnav.CruiseReached = 1;
     VnavToggle();
     g_lnav.LnavOn = 1;
-    g_plan_distances.TdFromDest = 60;  // from T/D along the route to KDST
+    g_plan_distances.TdFromDest = 60;
     double east = kRouteLongitude + 3.0 / (kNmPerDegree * std::cos(42.0 * kDegToRad));
     ac.altitude = ac.ap_altitude = 35000;
     ac.lateral.follow_bug = false;
-    ac.lateral.Publish();
     // Before T/D: more route to go than T/D has, nothing happens.
     g_plan_distances.DistToGo = 61;
     ac.Publish();
     ac.lateral.Place(41.98, east, 0);
     ac.Fly(0.5);
     EXPECT_EQ(g_vnav.DescentActive, 0);
-    // Abeam and a little past: the route left to fly is shorter, the
-    // destination lies ahead along the leg.
-    size_t from = sim.key_events.size();
+    // Abeam and a little past: less route is left to fly than T/D had.
     ac.lateral.Place(42.01, east, 0);
     g_plan_distances.DistToGo = 59.4;
     ac.Tick();
     EXPECT_EQ(g_vnav.DescentActive, 1);
-    EXPECT_EQ(g_vnav.DescentSpeedPhase, 1);
     EXPECT_EQ(g_vnav.TargetAltitude, 433);
-    EXPECT_EQ(EventValues(sim, kAltitudeEvent, from), std::vector<int>{433});
-    EXPECT_EQ(EventValues(sim, kSpeedEvent, from), std::vector<int>{270});
+    EXPECT_EQ(g_vnav.tod_passed, 1);
 }
 
-TEST_F(VnavFlight, PassedTopOfDescentNeedsTheDestinationAheadAlongTheLeg) {
+TEST_F(VnavFlight, PassedTopOfDescentWritesOnlyWithTheDestinationAheadAlongTheLeg) {
     PlaceActivePlan(NorthRoute(), 35000);
+    g_profile.DescentIas = 270;
     g_plan.context.ActiveLeg = 5;
     g_plan.context.ActiveWaypointLatitude = 42.5;
     g_vnav.TopOfDescentLatitude = 42.0;
     g_vnav.TopOfDescentLongitude = kRouteLongitude;
     g_vnav.CruiseReached = 1;
-    g_plan_distances.TdFromDest = 60;
-    g_plan_distances.DistToGo = 59;
-    // 40 nm west of the route, abeam T/D: the destination is 34 degrees off the leg.
-    g_sim.latitude = 42.0;
-    g_sim.longitude = kRouteLongitude - 40.0 / (kNmPerDegree * std::cos(42.0 * kDegToRad));
+    g_vnav.VnavOn = 1;
+    g_vnav.AltSetDone = g_vnav.SpdSetDone = 1;
     g_lnav.LegCourse = 360;
+    g_sim.indicated_altitude.now = 35000;
+    g_sim.ias_smoothed = 280;
+    auto place = [](double lat, double west_nm) {
+        g_sim.latitude = lat;
+        g_sim.longitude = kRouteLongitude - west_nm / (kNmPerDegree * std::cos(lat * kDegToRad));
+        double bearing = 0;
+        GreatCircle(g_sim.latitude, g_sim.longitude, 42.5, kRouteLongitude, g_lnav.DistToActive, bearing);
+        g_plan_distances.DistToGo = g_lnav.DistToActive + 30;
+        g_plan_distances.TdFromDest = 60;
+    };
+    // 40 nm west of the route, a little past T/D: the destination lies 34
+    // degrees off the leg. No T/D writes (the distance pass alone may still
+    // call it a descent).
+    place(42.05, 40);
     VnavVerticalSteps();
-    EXPECT_EQ(g_vnav.DescentActive, 0);
-    // 5 nm west, the destination 60 nm ahead: 5 degrees off, the test is met.
-    g_sim.longitude = kRouteLongitude - 5.0 / (kNmPerDegree * std::cos(42.0 * kDegToRad));
+    EXPECT_TRUE(EventValues(sim, kAltitudeEvent).empty());
+    EXPECT_TRUE(EventValues(sim, kSpeedEvent).empty());
+    // 5 nm west, the destination 5 degrees off: the descent starts, with its writes.
+    g_vnav.DescentActive = 0;
+    place(42.05, 5);
     VnavVerticalSteps();
     EXPECT_EQ(g_vnav.DescentActive, 1);
+    EXPECT_EQ(g_vnav.DescentSpeedPhase, 1);
+    EXPECT_EQ(EventValues(sim, kAltitudeEvent), std::vector<int>{433});
+    EXPECT_EQ(EventValues(sim, kSpeedEvent), std::vector<int>{270});
 }
 
 TEST_F(VnavFlight, AWaypointPassedAbeamNearTopOfDescentStartsTheDescentAtOnce) {
