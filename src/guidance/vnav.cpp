@@ -423,9 +423,13 @@ void RecomputeTopOfDescent(int from_restriction) {
             later = i;
         }
     }
-    // 6. Past the active row: on back toward the aircraft and beyond.
+    // 6. Past the active row: on back toward the aircraft and beyond. The
+    // bearing to the active row is taken afresh: at an EXEC the tick's own
+    // may still be that of the plan before, or none.
     if (!placed) {
-        double back = ModuloPositive(g_lnav.BearingToActive + g_sim.magnetic_variation + 180.0, 360.0);
+        double to_active = 0, bearing = 0;
+        GreatCircle(g_sim.latitude, g_sim.longitude, Row(active).Latitude, Row(active).Longitude, to_active, bearing);
+        double back = ModuloPositive(bearing + 180.0, 360.0);
         ProjectPoint(Row(later).Latitude, Row(later).Longitude, back, needed - sum, td_lat, td_lon);
     }
     // 7. T/D, and the distances to it.
@@ -736,9 +740,13 @@ void VnavRestartTargets() {
 
 void VnavAfterExecute(int modification_executed) {
     PlanContext& pc = g_plan.context;
-    // A cruise altitude entered on the pages already stands in the plan's
-    // context (its undo slot keeps the old one for ERASE): the predictions
-    // take it from there.
+    // A cruise altitude that came with a route read into the modification
+    // replaces the plan's, once. (One entered on the pages already stands in
+    // the plan's context, its undo slot keeping the old one for ERASE.)
+    if (pc.ModCruiseAltitude > 0) {
+        pc.CruiseAltitude = pc.ModCruiseAltitude;
+        pc.ModCruiseAltitude = 0;
+    }
     PredictProfile(pc.CruiseAltitude, 1);
     VnavRestartTargets();
     if (g_vnav.VnavOn == 1 && modification_executed == 1) ClearWriteFlags();

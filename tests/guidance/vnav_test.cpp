@@ -403,7 +403,6 @@ TEST_F(VnavFlight, TopOfDescentLiesTheDescentDistanceBackFromTheEndOfTheDescent)
     EXPECT_NEAR(g_vnav.TopOfDescentLatitude, 42.0 - descent / kNmPerDegree, 1e-6);
     // Longer than the route ahead: on back past the active row, toward the aircraft.
     g_sim.indicated_altitude.now = 60000;
-    g_lnav.BearingToActive = 360;
     RecomputeTopOfDescent(0);
     descent = (60000.0 - 12000.0) / 2000.0 * 6.0;  // 144 nm, 90 of them from FIX1 to FIX4
     EXPECT_NEAR(g_vnav.TopOfDescentLatitude, 42.0 - descent / kNmPerDegree, 1e-6);
