@@ -142,6 +142,15 @@ int StepAndLimit(double rate, double lowest, double highest) {
     return static_cast<int>(stepped);
 }
 
+// Before cruise, a row at T/C or behind it belongs to the climb: its
+// restriction is none of the descent's.
+bool AtOrBeforeTopOfClimb(int row) {
+    const VnavState& v = g_vnav;
+    if (v.CruiseReached != 0 || !HasPoint(v.TopOfClimbLatitude, v.TopOfClimbLongitude)) return false;
+    if (row <= g_plan_distances.TcRow) return true;
+    return Row(row).Latitude == v.TopOfClimbLatitude && Row(row).Longitude == v.TopOfClimbLongitude;
+}
+
 // The CDU's active page follows the phase, as the pages are numbered.
 void CduPageOnCruise() {
     if (g_smiths.CduPage == cdu_page::kEconClb) g_smiths.CduPage = cdu_page::kEconCrz;
@@ -342,6 +351,7 @@ int FindClimbTarget(int offset) {
         if (total < g_plan_distances.TcDistFromOrigin) {
             v.TopOfClimbLatitude = Row(i).Latitude;
             v.TopOfClimbLongitude = Row(i).Longitude;
+            g_plan_distances.TcRow = std::max(0, i - 1);  // the distance pass measures T/C from its leg
         }
     }
     if (result >= 0) return result;
@@ -349,6 +359,7 @@ int FindClimbTarget(int offset) {
     double rate = std::max(1, g_profile.ClimbRate);
     double to_climb = std::max(0.0, (cruise - Altitude()) / rate * (g_profile.ClimbTas / 60.0));
     double from_lat = g_sim.latitude, from_lon = g_sim.longitude;
+    int from_row = std::max(0, ActiveRow() - 1);
     double sum = 0;
     for (int i = ActiveRow(); i <= last; ++i) {
         const PlanWaypoint& to = Row(i);
@@ -359,15 +370,18 @@ int FindClimbTarget(int offset) {
             ProjectPoint(from_lat, from_lon, bearing, to_climb - sum, v.TopOfClimbLatitude, v.TopOfClimbLongitude);
             v.TargetLatitude = v.TopOfClimbLatitude;
             v.TargetLongitude = v.TopOfClimbLongitude;
+            g_plan_distances.TcRow = from_row;
             return i;
         }
         sum += length;
         from_lat = to.Latitude;
         from_lon = to.Longitude;
+        from_row = i;
     }
     // The climb outlasts the plan: T/C at its end.
     v.TopOfClimbLatitude = Row(last).Latitude;
     v.TopOfClimbLongitude = Row(last).Longitude;
+    g_plan_distances.TcRow = std::max(0, last - 1);
     v.TargetLatitude = v.TopOfClimbLatitude;
     v.TargetLongitude = v.TopOfClimbLongitude;
     return last;
@@ -390,6 +404,10 @@ void RecomputeTopOfDescent(int from_restriction) {
             (g_smiths.CduPage == cdu_page::kEconPathDes && v.DescentSpeedPhase == 0))
             g_smiths.CduPage = cdu_page::kEconCrz;
         start = std::min(active + 1, last);
+        // The T/D behind is no T/D of this level: the pass must not take the
+        // route left to fly for a descent past it.
+        v.TopOfDescentLatitude = 0;
+        v.TopOfDescentLongitude = 0;
         PlanDistances();
     } else {
         // 2. The cruise level, or where the aircraft is once in cruise.
@@ -397,9 +415,8 @@ void RecomputeTopOfDescent(int from_restriction) {
     }
     // 3. The end of the descent: the restriction below the level nearest the start.
     int end = last;
-    int tc_row = g_plan_distances.TcRow;
     for (int i = last - 1; i >= start && i >= 0; --i) {
-        if (Row(i).Altitude >= level || (tc_row > 0 && i == tc_row)) break;
+        if (Row(i).Altitude >= level || AtOrBeforeTopOfClimb(i)) break;
         if (Row(i).Restricted == 1) end = i;
     }
     // 4. The distance the descent takes.

@@ -860,15 +860,20 @@ TEST_F(VnavFlight, ExecutingAModificationRestartsTheTargetsAndTheWrites) {
     EXPECT_EQ(g_vnav.SpdSetDone, 0);
     EXPECT_EQ(g_vnav.LastAltSeen, kVnavUnknown);
     EXPECT_EQ(g_config.VnavSetSpd, 1);
-    // T/D was put on the plan, from cruise altitude down to the destination.
-    double descent_nm_per_foot = g_profile.DescentTas / 60.0 / 1800.0;
-    EXPECT_NEAR(g_vnav.TopOfDescentLatitude, 43.0 - (35000 - 433) * descent_nm_per_foot / kNmPerDegree, 1e-6);
-    // ERASE of a new cruise altitude puts T/D back where the old one had it.
+    // T/D was put on the plan, from cruise altitude, past T/C.
+    EXPECT_EQ(g_vnav.DescentStartAltitude, 35000);
+    double td_high = g_vnav.TopOfDescentLatitude;
+    EXPECT_GT(td_high, g_vnav.TopOfClimbLatitude);
+    EXPECT_LT(td_high, 43.0);
+    // ERASE of a new cruise altitude puts T/D back where the old one had it:
+    // 6000 ft less to lose is that much less descent.
     g_plan.context.Undo.CruiseAltitude = 29000;
     g_plan.context.PlanState = 4;
     PlanErase();
     EXPECT_EQ(g_plan.context.CruiseAltitude, 29000);
-    EXPECT_NEAR(g_vnav.TopOfDescentLatitude, 43.0 - (29000 - 433) * descent_nm_per_foot / kNmPerDegree, 1e-6);
+    EXPECT_EQ(g_vnav.DescentStartAltitude, 29000);
+    double shorter = 6000.0 / g_plan_distances.DescentRateInUse * (g_profile.DescentTas / 60.0);
+    EXPECT_NEAR(g_vnav.TopOfDescentLatitude, td_high + shorter / kNmPerDegree, 1e-6);
     // A new plan: everything but the switch starts over.
     g_vnav.DescentActive = 1;
     g_vnav.DescentSpeedPhase = 1;
