@@ -838,9 +838,8 @@ TEST_F(VnavFlight, VnavGoesOffAtTheLastWaypointInCruiseWithTheOption) {
 
 TEST_F(VnavFlight, ExecutingAModificationRestartsTheTargetsAndTheWrites) {
     std::vector<Fix> route = NorthRoute();
-    route[2] = {"FIX2", 41.0, 12000, 280};
-    route[3] = {"FIX3", 41.5, 15000, 250, 1};
-    PlaceActivePlan(route, 35000);
+    route[2] = {"FIX2", 41.0, 15000, 250, 1};
+    PlaceActivePlan(route, 25000);
     g_sim.latitude = 40.1;
     g_sim.longitude = kRouteLongitude;
     g_sim.indicated_altitude.now = 9000;
@@ -852,27 +851,28 @@ TEST_F(VnavFlight, ExecutingAModificationRestartsTheTargetsAndTheWrites) {
     g_plan.context.PlanState = 4;
     PlanExecute();
     EXPECT_EQ(g_plan.context.PlanState, 3);
-    // The restriction at FIX3 comes before the end of the climb: it is the target.
-    EXPECT_EQ(g_plan.context.NextRestrictionRow, 3);
+    // The restriction at FIX2 comes before the end of the climb: it is the target.
+    EXPECT_EQ(g_plan.context.NextRestrictionRow, 2);
     EXPECT_EQ(g_vnav.TargetAltitude, 15000);
-    EXPECT_DOUBLE_EQ(g_vnav.TargetLatitude, 41.5);
+    EXPECT_DOUBLE_EQ(g_vnav.TargetLatitude, 41.0);
     EXPECT_EQ(g_vnav.AltSetDone, 0);
     EXPECT_EQ(g_vnav.SpdSetDone, 0);
     EXPECT_EQ(g_vnav.LastAltSeen, kVnavUnknown);
     EXPECT_EQ(g_config.VnavSetSpd, 1);
     // T/D was put on the plan, from cruise altitude, past T/C.
-    EXPECT_EQ(g_vnav.DescentStartAltitude, 35000);
+    EXPECT_EQ(g_vnav.DescentStartAltitude, 25000);
     double td_high = g_vnav.TopOfDescentLatitude;
     EXPECT_GT(td_high, g_vnav.TopOfClimbLatitude);
+    EXPECT_GT(td_high, 41.0);
     EXPECT_LT(td_high, 43.0);
     // ERASE of a new cruise altitude puts T/D back where the old one had it:
-    // 6000 ft less to lose is that much less descent.
-    g_plan.context.Undo.CruiseAltitude = 29000;
+    // 4000 ft less to lose is that much less descent.
+    g_plan.context.Undo.CruiseAltitude = 21000;
     g_plan.context.PlanState = 4;
     PlanErase();
-    EXPECT_EQ(g_plan.context.CruiseAltitude, 29000);
-    EXPECT_EQ(g_vnav.DescentStartAltitude, 29000);
-    double shorter = 6000.0 / g_plan_distances.DescentRateInUse * (g_profile.DescentTas / 60.0);
+    EXPECT_EQ(g_plan.context.CruiseAltitude, 21000);
+    EXPECT_EQ(g_vnav.DescentStartAltitude, 21000);
+    double shorter = 4000.0 / g_plan_distances.DescentRateInUse * (g_profile.DescentTas / 60.0);
     EXPECT_NEAR(g_vnav.TopOfDescentLatitude, td_high + shorter / kNmPerDegree, 1e-6);
     // A new plan: everything but the switch starts over.
     g_vnav.DescentActive = 1;
