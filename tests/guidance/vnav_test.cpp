@@ -838,7 +838,7 @@ TEST_F(VnavFlight, VnavGoesOffAtTheLastWaypointInCruiseWithTheOption) {
 
 TEST_F(VnavFlight, ExecutingAModificationRestartsTheTargetsAndTheWrites) {
     std::vector<Fix> route = NorthRoute();
-    route[2] = {"FIX2", 41.0, 15000, 250, 1};
+    route[1] = {"FIX1", 40.5, 15000, 250, 1};
     PlaceActivePlan(route, 25000);
     g_sim.latitude = 40.1;
     g_sim.longitude = kRouteLongitude;
@@ -851,10 +851,11 @@ TEST_F(VnavFlight, ExecutingAModificationRestartsTheTargetsAndTheWrites) {
     g_plan.context.PlanState = 4;
     PlanExecute();
     EXPECT_EQ(g_plan.context.PlanState, 3);
-    // The restriction at FIX2 comes before the end of the climb: it is the target.
-    EXPECT_EQ(g_plan.context.NextRestrictionRow, 2);
+    // The restriction at FIX1, the active row, comes before the end of the
+    // climb that is looked for from the row after: it is the target.
+    EXPECT_EQ(g_plan.context.NextRestrictionRow, 1);
     EXPECT_EQ(g_vnav.TargetAltitude, 15000);
-    EXPECT_DOUBLE_EQ(g_vnav.TargetLatitude, 41.0);
+    EXPECT_DOUBLE_EQ(g_vnav.TargetLatitude, 40.5);
     EXPECT_EQ(g_vnav.AltSetDone, 0);
     EXPECT_EQ(g_vnav.SpdSetDone, 0);
     EXPECT_EQ(g_vnav.LastAltSeen, kVnavUnknown);
