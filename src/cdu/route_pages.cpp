@@ -117,8 +117,7 @@ void EnterOrigin(std::string_view text) {
     pc.NextRestrictionRow = 0;
     BeginModification();
     BuildRouteRows();
-    g_vnav.DescentActive = 0;
-    g_vnav.tod_passed = 0;
+    ResetVnavForNewPlan();
     // Every name starts over but the origin's.
     PlanSelections& t = pc.Selections;
     t = PlanSelections{};

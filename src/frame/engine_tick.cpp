@@ -161,7 +161,7 @@ void SampleVerticalAndWind() {
     s.wind_direction_display = NormaliseMagnetic(s.wind_direction_true - s.magnetic_variation);
     s.autopilot_vertical_speed.Set(ReadToken(Token::AP_VERTICAL_SPEED));
     s.autopilot_airspeed.Set(ReadToken(Token::AP_SPEED));
-    s.autopilot_mach = ReadToken(Token::AP_MACH);
+    s.autopilot_mach.Set(ReadToken(Token::AP_MACH));
 }
 
 void SampleOddPhases() {
@@ -172,28 +172,37 @@ void SampleOddPhases() {
 }
 
 // [SECTION] Deferred writes, rate and pause, window watch
-void DeferredAutopilotWrites() {
+// VNAV's writes that wait a tick, and the read-back of its own writes: once
+// the autopilot's values have been sampled after a write, they are what the
+// bugs should read (the simulator may round what it was sent), so that VNAV
+// can tell the pilot's changes from its own.
+void DeferredAutopilotWrites(bool autopilot_sampled) {
     SimState& s = g_sim;
     TickState& t = g_tick;
+    VnavState& v = g_vnav;
+    if (t.altitude_marker != -999 && autopilot_sampled && t.altitude_marker != s.tick_value) {
+        v.LastAltSeen = static_cast<int>(s.autopilot_altitude.now);
+        v.AltSetStamp = kVnavUnknown;
+        t.altitude_marker = -999;
+    }
+    if (t.speed_marker != -999 && autopilot_sampled && t.speed_marker != s.tick_value) {
+        t.speed_marker = -999;
+        v.LastMachSent = static_cast<int>(std::lround(s.autopilot_mach.now * 100.0));
+        v.LastIasSent = static_cast<int>(s.autopilot_airspeed.now);
+        v.SpdSetStamp = kVnavUnknown;
+    }
     if (t.mach_write_pending > 0) {
-        auto mach = static_cast<UINT32>(g_config.CruiseMach * 100.0);
-        TriggerKeyEvent(0x101F6, mach);
-        t.last_mach_sent = mach;
+        auto mach = static_cast<int>(g_config.CruiseMach * 100.0);
+        TriggerKeyEvent(0x101F6, static_cast<UINT32>(mach));
+        v.LastMachSent = mach;
+        t.speed_marker = s.tick_value;
         --t.mach_write_pending;
     }
     if (t.speed_write_pending == 1) {
         TriggerKeyEvent(0x101F5, static_cast<UINT32>(g_profile.DescentIas));
-        t.last_speed_sent = g_profile.DescentIas;
+        v.LastIasSent = g_profile.DescentIas;
+        t.speed_marker = s.tick_value;
         t.speed_write_pending = 0;
-    }
-    if (t.altitude_marker != -999) {
-        t.last_altitude_sent = s.autopilot_altitude.now;
-        t.altitude_marker = -999;
-    }
-    if (t.speed_marker != -999) {
-        t.speed_marker = -999;
-        t.last_mach_sent = s.autopilot_mach * 100.0;
-        t.last_speed_sent = s.autopilot_airspeed.now;
     }
 }
 
@@ -303,12 +312,13 @@ void EngineTick() {
     if (PhaseIn(t.phase, {0, 9})) WindowAliveWatch();
     if (PhaseIn(t.phase, {0, 6, 12}) && g_mcu_page.direct_entry) g_mcu_page.repaint = 1;
     if (PhaseIn(t.phase, {3, 4, 8, 12})) SampleRadios();
-    if (PhaseIn(t.phase, {2, 3, 6, 9, 12, 15})) SampleVerticalAndWind();
+    bool autopilot_sampled = PhaseIn(t.phase, {2, 3, 6, 9, 12, 15});
+    if (autopilot_sampled) SampleVerticalAndWind();
     if (PhaseIn(t.phase, {1, 3, 5, 7, 9, 11, 15})) SampleOddPhases();
     // 12. Ground speed kept for change tests.
     s.ground_speed_prev = s.ground_speed;
     // 13. Deferred autopilot writes.
-    DeferredAutopilotWrites();
+    DeferredAutopilotWrites(autopilot_sampled);
     // 14. Simulator rate and pause.
     RateAndPause();
     // 15. Track.

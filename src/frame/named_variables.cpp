@@ -6,4 +6,5 @@ void UnregisterAllVariables() {}
 void NamedVariablePump() {}
 void PublishGuidance() {}
 void SetLnavVariable(int) {}
+void SetVnavVariable(int) {}
 void SetNdVariable(const char*, double) {}

@@ -81,7 +81,7 @@ struct SimState {
     double wind_direction_display = 0;  // magnetic, 0.5 .. 360.4
     Sampled autopilot_vertical_speed;
     Sampled autopilot_airspeed;
-    double autopilot_mach = 0;
+    Sampled autopilot_mach;             // Mach, a fraction
     // Phases 1, 3, 5, 7, 9, 11, 15
     double radio_altitude = 0;          // feet
     double nav1_obs = 0;
@@ -109,9 +109,9 @@ struct TickState {
     // Deferred autopilot writes
     int mach_write_pending = 0;         // ticks left to send the cruise Mach
     int speed_write_pending = 0;        // 1: send the descent speed
-    double last_mach_sent = 0;          // Mach x 100
-    double last_speed_sent = 0;
-    double last_altitude_sent = 0;
+    // Read-back of VNAV's own writes into what its bugs should read: a
+    // marker holds the tick of the write until the autopilot's values have
+    // been sampled after it; -999 idle.
     double altitude_marker = -999;
     double speed_marker = -999;
     int hold_vnav_speed_write = 0;      // one-tick flag for VNAV's speed write

@@ -1,7 +1,11 @@
 // runway_tuning.h: the runway tuning of CheckTuneRoute(1): the ILS of the
-// runway the pilot selected on the MCU's airport page, to NAV1 and its course.
+// runway the pilot selected on the MCU's airport page, to NAV1 and its course;
+// and the NAV1 frequency of a runway's ILS, which VNAV also tunes at T/D.
 #pragma once
 
 // Sends the selected runway's ILS course and frequency; nothing while no
 // runway is selected.
 void TuneSelectedRunway();
+// NAV1 to an ILS frequency text ("109.50", "110.3"): its hundredths, as BCD,
+// by key event 0x100AC. Nothing for a text without a frequency.
+void TuneIlsFrequency(const char* frequency_text);

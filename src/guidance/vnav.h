@@ -84,5 +84,9 @@ void VnavSetSpeed();
 // T/C and T/D, the distance pass, the target. modification_executed: a MOD
 // was executed (VNAV's write flags are cleared as at engagement).
 void VnavAfterExecute(int modification_executed);
+// The flown plan changed under guidance (a procedure activated, or EXEC after
+// its predictions): T/C, T/D, the distances, the next restriction and the
+// target start over on it.
+void VnavRestartTargets();
 // A new plan: every phase flag, target and remembered value back to the start.
 void ResetVnavForNewPlan();

@@ -122,6 +122,7 @@ void PlanExecute() {
     PlanSelections& sel = pc.Selections;
     // A plan from nothing, not a change of the one being flown.
     bool new_plan = pc.PlanState < 3;
+    bool modification = pc.PlanState == 4;
 
     // 1. A hold removal that waited for EXEC.
     if (s.HoldDeletePending) DeleteHold(s.HoldDeleteRow, 0);
@@ -202,10 +203,7 @@ void PlanExecute() {
 
     // 8. Active; the vertical profile and the distances follow the new plan.
     pc.PlanState = 3;
-    PredictProfile(pc.CruiseAltitude, 1);
-    FindClimbTarget(0);
-    RecomputeTopOfDescent(0);
-    PlanDistances();
+    VnavAfterExecute(modification ? 1 : 0);
 
     // 9. Every commit also reaches the simulator's GPS when the panel asks for it.
     if (g_config.synchfplanwithfsgps == 1 && g_module.SimGeneration == kSimGenerationWithSimConnect)
@@ -238,6 +236,7 @@ void PlanErase() {
     // 4. The values the modification changed, where it changed them.
     const PlanUndoSlots& undo = pc.Undo;
     AircraftProfile& p = g_profile;
+    bool cruise_altitude_back = undo.CruiseAltitude > 0 && undo.CruiseAltitude != pc.CruiseAltitude;
     if (undo.CruiseAltitude > 0) pc.CruiseAltitude = undo.CruiseAltitude;
     if (undo.CostIndex >= 0) p.CostIndex = undo.CostIndex;
     if (undo.ClimbIas > 0) p.ClimbIas = undo.ClimbIas;
@@ -249,6 +248,11 @@ void PlanErase() {
     pc.Undo = PlanUndoSlots{};  // used: a later ERASE must not put them back again
     // 5. Back to the active plan.
     if (pc.PlanState == 4) pc.PlanState = 3;
+    // The profile the entered cruise altitude gave goes with it.
+    if (cruise_altitude_back && pc.ActiveLastRow >= 1) {
+        PredictProfile(pc.CruiseAltitude, 1);
+        VnavRestartTargets();
+    }
     // 6. Holds the modification added and no row carries any more.
     DropUntiedHolds();
     // 7. ModPlan is the active plan again.

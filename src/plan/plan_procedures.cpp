@@ -344,9 +344,8 @@ void ChooseArrivalRunway(int row) {
 // restriction are worked out anew.
 static void RestartVerticalLogic() {
     TakeActiveHoldRows();
-    PlanDistances();
-    FindClimbTarget(0);
-    RecomputeTopOfDescent(0);
+    PredictProfile(g_plan.context.CruiseAltitude, 1);
+    VnavRestartTargets();
 }
 
 void ActivateSid() {

@@ -259,6 +259,10 @@ void LoadRouteToActive(int mode) {
     g_lnav.InterceptActive = 0;
     pc.AlongRouteFuel = 0;
     pc.has_leg = 0;
+    // VNAV starts over with the new plan, with climb speeds until a T/D; the
+    // file's cruise altitude is the one, whatever a page had read before.
+    ResetVnavForNewPlan();
+    pc.ModCruiseAltitude = 0;
     // 3. Read.
     pc.CruiseAltitude = 0;
     static RouteReadState state;  // 600 bytes: kept off the stack

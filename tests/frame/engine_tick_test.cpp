@@ -174,23 +174,35 @@ TEST_F(TickTest, DeferredAutopilotWritesGoOutAndAreRemembered) {
     g_profile.DescentIas = 290;
     g_tick.mach_write_pending = 2;
     g_tick.speed_write_pending = 1;
-    Ticks(4);
-    EXPECT_EQ(sim.CountEvents(0x101F6), 2);
+    Tick();
+    EXPECT_EQ(sim.CountEvents(0x101F6), 1);
     EXPECT_EQ(sim.CountEvents(0x101F5), 1);
     EXPECT_EQ(sim.key_events.front(), std::make_pair(0x101F6u, 78u));
-    EXPECT_EQ(g_tick.last_speed_sent, 290);
-    // The markers copy the autopilot's own values.
+    EXPECT_EQ(g_vnav.LastIasSent, 290);
+    EXPECT_EQ(g_vnav.LastMachSent, 78);
+    Ticks(3);
+    EXPECT_EQ(sim.CountEvents(0x101F6), 2);  // two ticks, then no more
+    EXPECT_EQ(sim.CountEvents(0x101F5), 1);
+    // The markers copy the autopilot's own values, once they have been
+    // sampled after the write (the vertical group runs 6 times a second).
     sim.calculator["(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"] = 35000;
     sim.tokens[Token::AP_SPEED] = 250;
     sim.tokens[Token::AP_MACH] = 0.8;
     Ticks(18);
-    g_tick.altitude_marker = 1;
-    g_tick.speed_marker = 1;
-    Tick();
-    EXPECT_EQ(g_tick.last_altitude_sent, 35000);
-    EXPECT_EQ(g_tick.last_speed_sent, 250);
-    EXPECT_NEAR(g_tick.last_mach_sent, 80, 1e-9);
-    EXPECT_EQ(g_tick.altitude_marker, -999);
+    sim.calculator["(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"] = 34900;
+    g_tick.altitude_marker = g_sim.tick_value;
+    g_tick.speed_marker = g_sim.tick_value;
+    int waited = 0;
+    while (g_tick.altitude_marker != -999 && waited < 18) {
+        EXPECT_EQ(g_vnav.LastAltSeen, kVnavUnknown);  // no read-back from a stale sample
+        Tick();
+        ++waited;
+    }
+    EXPECT_LE(waited, 5);  // the longest gap of the sampling phases: 15 to 2
+    EXPECT_EQ(g_vnav.LastAltSeen, 34900);
+    EXPECT_EQ(g_vnav.LastIasSent, 250);
+    EXPECT_EQ(g_vnav.LastMachSent, 80);
+    EXPECT_EQ(g_tick.speed_marker, -999);
 }
 
 TEST_F(TickTest, PerSecondCountersAndFuelUsed) {

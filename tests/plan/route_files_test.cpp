@@ -4,6 +4,7 @@
 
 #include "cdu/keypad.h"
 #include "guidance/lnav.h"
+#include "guidance/vnav.h"
 #include "frame/data_text.h"
 #include "plan/plan_execute.h"
 #include "support/fake_panels.h"
@@ -176,9 +177,15 @@ TEST(RouteFiles, LoadingTheActivePlanExecutesIt) {
     g_profile.SetMCPCrzAltOnFlightPlanLoad = 1;
     g_sim.latitude = 47.0;
     g_sim.longitude = -122.0;
+    // The last flight ended in its descent.
+    g_vnav.CruiseReached = g_vnav.DescentActive = g_vnav.DescentSpeedPhase = 1;
     SetText(pc.PlanLoadFile, "R.RTE");
     FakeSimulatorScope simulator;
     LoadRouteToActive(3);
+    // VNAV starts over: climb, with climb speeds.
+    EXPECT_EQ(g_vnav.CruiseReached, 0);
+    EXPECT_EQ(g_vnav.DescentActive, 0);
+    EXPECT_EQ(g_vnav.DescentSpeedPhase, 0);
     // On the ground: the aircraft's own speeds, the altitude bug at the cruise altitude.
     EXPECT_EQ(g_profile.ClimbIas, g_profile.ClimbIasBase);
     ASSERT_EQ(simulator.sim.CountEvents(0x1024C), 1);

@@ -106,6 +106,7 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"plan/plan_procedures.cpp", "guidance/performance.h", "an activated procedure recomputes the distances"},
     {"plan/plan_procedures.cpp", "guidance/vnav.h", "an activated procedure restarts the restriction logic"},
     {"guidance/holds.cpp", "cdu/keypad.h", "the last hold deleted takes the CDU from the hold page to the legs"},
+    {"guidance/vnav.cpp", "cdu/keypad.h", "reaching cruise or T/D turns the CDU's climb and cruise pages to the next phase's"},
 };
 
 std::string Describe(const std::vector<std::string>& lines) {
