@@ -28,6 +28,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
 namespace {
 constexpr int kHundredsBelow = 1000;           // an altitude below this is in hundreds of feet
@@ -379,9 +380,13 @@ void DrawPerfInit(CduScreen& screen) {
         screen.BoxPrompt(0, CduValueY(4), 3);
     }
     screen.Label("C O S T   I N D E X", kCduLeftLabelX, CduLabelY(5));
+    bool modified = pc.PlanState == 4;
     if (g_profile.CostIndex >= 0) {
         std::snprintf(value, sizeof value, "%3d", g_profile.CostIndex);
-        screen.Value(value, 0, CduValueY(5));
+        if (modified && pc.Undo.CostIndex >= 0)
+            screen.Reverse(value, 0, CduValueY(5));
+        else
+            screen.Value(value, 0, CduValueY(5));
     } else {
         screen.BoxPrompt(0, CduValueY(5), 3);
     }
@@ -389,7 +394,11 @@ void DrawPerfInit(CduScreen& screen) {
     screen.Label("C R Z   A L T", kCduRightLabelEdge, CduLabelY(1), gdi::TextAlign::Right);
     if (pc.CruiseAltitude > 0) {
         FormatCruiseAltitude(pc.CruiseAltitude, value, sizeof value);
-        screen.Value(value, kCduRightEdge, CduValueY(1), gdi::TextAlign::Right);
+        if (modified && pc.Undo.CruiseAltitude > 0)
+            screen.Reverse(value, kCduRightEdge - kReverseCharWidth * static_cast<float>(std::strlen(value)),
+                           CduValueY(1));
+        else
+            screen.Value(value, kCduRightEdge, CduValueY(1), gdi::TextAlign::Right);
     } else {
         screen.BoxPrompt(kCduRightEdge - 50, CduValueY(1), 5);
     }

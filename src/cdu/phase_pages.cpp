@@ -63,17 +63,25 @@ void DrawCruiseAltitude(CduScreen& screen, const char* label) {
     int feet = g_plan.context.CruiseAltitude;
     if (feet > 0) {
         FormatCruiseAltitude(feet, value, sizeof value);
-        screen.Value(value, 0, CduValueY(1));
+        // A value the modification changed shows in reverse video.
+        if (g_plan.context.PlanState == 4 && g_plan.context.Undo.CruiseAltitude > 0)
+            screen.Reverse(value, 0, CduValueY(1));
+        else
+            screen.Value(value, 0, CduValueY(1));
     } else {
         screen.BoxPrompt(0, CduValueY(1), 5);
     }
 }
 
-void DrawTargetSpeed(CduScreen& screen, const char* format, int ias, double mach) {
+// `changed`: an undo slot of the pair is set, the value shows in reverse video.
+void DrawTargetSpeed(CduScreen& screen, const char* format, int ias, double mach, bool changed) {
     char value[32];
     screen.Label("T G T    S P D", kCduLeftLabelX, CduLabelY(2));
     std::snprintf(value, sizeof value, format, ias, mach);
-    screen.Value(value, 0, CduValueY(2));
+    if (changed && g_plan.context.PlanState == 4)
+        screen.Reverse(value, 0, CduValueY(2));
+    else
+        screen.Value(value, 0, CduValueY(2));
 }
 
 void DrawSpeedRestriction(CduScreen& screen, double speed, double altitude) {
@@ -106,7 +114,8 @@ void DrawTimeTo(CduScreen& screen, double point_distance, const char* point_labe
     double to_next = g_lnav.DistToActive;
     if (to_next >= 0 && (point_distance < 0 || to_next < point_distance)) {
         std::snprintf(label, sizeof label, "T O  %6s", next->Ident.data());
-        if (!FormatTimeAndDistance(to_next, g_sim.ground_speed, kTimeMinGroundSpeed, false, value, sizeof value)) return;
+        if (!FormatTimeAndDistance(to_next, g_sim.ground_speed, kTimeMinGroundSpeed, false, value, sizeof value))
+            return;
     } else {
         std::snprintf(label, sizeof label, "%s", point_label);
         if (!FormatTimeAndDistance(point_distance, g_sim.ground_speed, kTimeMinGroundSpeed, tc_form, value,
@@ -149,7 +158,8 @@ void EconClbPage(CduScreen& screen) {
     screen.Title("ECON  CLB");
     screen.Count("%d / %d", 1, 1);
     DrawCruiseAltitude(screen, "C R Z    A L T");
-    DrawTargetSpeed(screen, "%3d / %.2f", profile.ClimbIas, g_config.ClimbMach);
+    DrawTargetSpeed(screen, "%3d / %.2f", profile.ClimbIas, g_config.ClimbMach,
+                    undo.ClimbIas > 0 || undo.ClimbMach > 0);
     DrawSpeedRestriction(screen, profile.ClbSpdRest, profile.ClbAltRest);
     screen.Value(g_plan.context.PlanState == 4 ? "< ERASE" : "< MAX   RATE", 0, CduValueY(4));
     screen.Value("< MAX   ANGLE", 0, CduValueY(5));
@@ -203,7 +213,8 @@ void EconCrzPage(CduScreen& screen) {
     screen.Title("ECON  CRZ");
     screen.Count("%d / %d", 1, 1);
     DrawCruiseAltitude(screen, "C R Z    A L T    O P T / M A X");
-    DrawTargetSpeed(screen, "%3d / %0.2f", profile.CruiseIas, g_config.CruiseMach);
+    DrawTargetSpeed(screen, "%3d / %0.2f", profile.CruiseIas, g_config.CruiseMach,
+                    undo.CruiseIas > 0 || undo.CruiseMach > 0);
     if (g_vnav.DescentActive == 0 && g_sim.ground_speed > kTimeMinGroundSpeed)
         DrawTimeTo(screen, g_plan_distances.DistToTd, "T O   T / D", false, CduLabelY(1), CduValueY(1));
     // Row 3: the actual wind on the right.
@@ -319,7 +330,8 @@ void EconPathDesPage(CduScreen& screen) {
         double to_td = g_vnav.DescentActive == 1 ? -1 : g_plan_distances.DistToTd;
         DrawTimeTo(screen, to_td, "T O   T / D", false, kTimeLabelY, kTimeValueY);
     }
-    DrawTargetSpeed(screen, "%3d / %.2f", profile.DescentIas, g_config.DescentMach);
+    DrawTargetSpeed(screen, "%3d / %.2f", profile.DescentIas, g_config.DescentMach,
+                    undo.DescentIas > 0 || undo.DescentMach > 0);
     DrawSpeedRestriction(screen, profile.DescSpdRest, profile.DescAltRest);
     DrawPathLines(screen);
     // Key 4: the pause at a distance before the destination.
