@@ -27,6 +27,7 @@ constexpr int kV1Limit = 250;                  // knots: V1 and VR below this
 constexpr int kV2Limit = 270;                  // knots: V2 below this
 constexpr double kFeetToMetres = 0.3048;
 constexpr int kApproachRows = 3;               // APPRFLAPSMIN, MID, MAX
+constexpr int kFlapNameShown = 12;              // characters of a flap name a line takes
 constexpr float kFlapsValueX = 150;            // APPROACH REF's flap column
 constexpr float kPreFlightLabelY = 186;        // below the rule
 
@@ -163,7 +164,7 @@ std::array<ApproachRow, kApproachRows> ApproachRows() {
 void ApproachRowKey(const ApproachRow& row, std::string_view text) {
     char copy[32];
     if (text.empty()) {
-        std::snprintf(copy, sizeof copy, "%s/%d", TextOf(*row.flaps).data(), *row.vref);
+        std::snprintf(copy, sizeof copy, "%.*s/%d", kFlapNameShown, TextOf(*row.flaps).data(), *row.vref);
         SetScratchpad(copy);
         return;
     }
@@ -257,7 +258,7 @@ void ApproachRefPage(CduScreen& screen) {
         const ApproachRow& row = rows[static_cast<size_t>(r)];
         screen.Label("F L A P S", kFlapsValueX, CduLabelY(r + 1));
         screen.Label("V R E F", kCduRightLabelEdge, CduLabelY(r + 1), gdi::TextAlign::Right);
-        std::snprintf(value, sizeof value, "%3s", TextOf(*row.flaps).data());
+        std::snprintf(value, sizeof value, "%3.*s", kFlapNameShown, TextOf(*row.flaps).data());
         screen.Value(value, kFlapsValueX, CduValueY(r + 1));
         std::snprintf(value, sizeof value, "%3d K T", *row.vref);
         screen.Value(value, kCduRightEdge, CduValueY(r + 1), gdi::TextAlign::Right);
