@@ -143,6 +143,7 @@ bool FormatTimeAndDistance(double distance_nm, double ground_speed, double min_g
     if (ground_speed <= min_ground_speed || distance_nm < 0) return false;
     // Time ahead, whole hours and the remainder in minutes.
     double ahead = distance_nm / ground_speed * 60;
+    if (!std::isfinite(ahead)) return false;
     double hours_ahead = std::floor(ahead / 60);
     double minutes_ahead = ahead - hours_ahead * 60;
     // From the simulator's clock; the tenth is a real tenth of a minute of the
@@ -153,7 +154,7 @@ bool FormatTimeAndDistance(double distance_nm, double ground_speed, double min_g
     double minutes = std::floor(arrival);
     double tenth = std::floor((arrival - minutes) * 10);
     double hours = (local ? s.local_hour : s.zulu_hour) + hours_ahead;
-    while (minutes >= 60) {
+    if (minutes >= 60) {  // the clock's minute and the remainder are each below 60
         minutes -= 60;
         hours += 1;
     }

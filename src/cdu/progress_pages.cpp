@@ -37,9 +37,8 @@ constexpr float kTimeX = 140;
 
 // A true bearing made magnetic with the simulator's variation, 1..360.
 double Magnetic(double bearing_true) {
-    double m = bearing_true - g_sim.magnetic_variation;
-    while (m < 0.5) m += 360;
-    while (m >= 360.5) m -= 360;
+    double m = std::fmod(bearing_true - g_sim.magnetic_variation, 360.0);
+    if (m < 0.5) m += 360;
     return m;
 }
 

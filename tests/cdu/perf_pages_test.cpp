@@ -6,8 +6,11 @@
 
 #include "cdu/perf_pages.h"
 #include "frame/aircraft_profile.h"
+#include "frame/sim_access.h"
 #include "frame/sim_state.h"
+#include "guidance/lnav.h"
 #include "guidance/performance.h"
+#include "guidance/vnav.h"
 #include "plan/plan_execute.h"
 
 #include <cmath>
@@ -522,4 +525,154 @@ TEST(PerfPages, ScreensOfAKnownState) {
     g_smiths.progress.page = 3;
     Show(cdu, cdu_page::kProgress);
     ExpectScreen(cdu, "rta_progress");
+}
+
+TEST(PerfPages, PhasePageTimesAndThePath) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    PlanContext& pc = g_plan.context;
+    ASSERT_NE(pc.ActiveLeg, kNoActiveLeg);
+    PlanWaypoint& next = g_plan.ActivePlan[pc.ActiveLeg];
+    SetText(next.Ident, "NORMY");
+    next.Altitude = 5000;
+    pc.CruiseAltitude = 35000;
+    // The tick doesn't run between these frames: the samples stand as set,
+    // but for those taken at every call (ground speed, altitude).
+    SimState& s = g_sim;
+    FakeSimulator& sim = cdu.sim();
+    auto ground_speed = [&](double knots) { sim.tokens[Token::GROUND_VELOCITY] = knots * 1.68781; };
+    auto altitude = [&](double feet) { sim.calculator["(A:INDICATED ALTITUDE, feet)"] = feet; };
+    ground_speed(300);
+    s.zulu_hour = 12;
+    s.zulu_minute = 0;
+    s.local_second = 0;
+    g_vnav.CruiseReached = 0;
+    g_vnav.DescentActive = 0;
+    g_lnav.DistToActive = 10;
+    g_plan_distances.DistToTc = 50;
+
+    // Climb: the next waypoint lies before T/C: its altitude, and 10 nm at 300 kt.
+    Show(cdu, cdu_page::kEconClb);
+    EXPECT_TRUE(RowHas(cdu, 22, "A T   NORMY")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "5000.00")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 55, "T O   NORMY")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 66, "1202.0Z/10 NM")) << cdu.Screen();
+    // Beyond T/C, the time to T/C (50 nm, 10 minutes); at 60 kt no time at all.
+    g_lnav.DistToActive = 60;
+    cdu.Frame();
+    EXPECT_TRUE(RowHas(cdu, 22, "T O   T / C")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "1210.0Z / 50.0")) << cdu.Screen();
+    ground_speed(60);
+    cdu.Frame();
+    EXPECT_FALSE(cdu.ScreenHas("T / C"));
+
+    // Cruise: the next waypoint before T/D, 30 nm at 300 kt.
+    ground_speed(300);
+    g_vnav.CruiseReached = 1;
+    g_lnav.DistToActive = 30;
+    g_plan_distances.DistToTd = 100;
+    Show(cdu, cdu_page::kEconCrz);
+    EXPECT_TRUE(RowHas(cdu, 22, "T O   NORMY")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "1206.0Z/30 NM")) << cdu.Screen();
+    g_lnav.DistToActive = 130;
+    cdu.Frame();
+    EXPECT_TRUE(RowHas(cdu, 22, "T O   T / D")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "1220.0Z/100 NM")) << cdu.Screen();
+
+    // Descent: 500 ft above the path, sinking at 1500 ft/min.
+    g_vnav.DescentActive = 1;
+    g_vnav.PathDeviationValid = 1;
+    g_vnav.PathAltitude = 10000;
+    g_vnav.TargetAltitude = 3000;
+    g_vnav.TargetDistance = 30;
+    g_vnav.RequiredVs = 1500;
+    altitude(10500);
+    s.vertical_speed.now = -1500;
+    g_lnav.DistToActive = 30;
+    Show(cdu, cdu_page::kEconPathDes);
+    EXPECT_TRUE(RowHas(cdu, 55, "T O   NORMY")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 66, "1206.0Z/30 NM")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 132, "  500 HI")) << cdu.Screen();
+    // Flown angle atan(1500 / (300 x 6076.12 / 60)) = 2.83 degrees; to the
+    // target atan(7500 / (30 x 6076.12)) = 2.36 degrees.
+    EXPECT_TRUE(RowHas(cdu, 165, "2.8   2.4     1500")) << cdu.Screen();
+    altitude(9000);
+    cdu.Frame();
+    EXPECT_TRUE(RowHas(cdu, 132, " 1000 LO")) << cdu.Screen();
+    altitude(10150);
+    s.vertical_speed.now = 300;
+    cdu.Frame();
+    EXPECT_TRUE(RowHas(cdu, 132, "----  --")) << cdu.Screen();
+    EXPECT_FALSE(RowHas(cdu, 165, "1500")) << "climbing: no FPA line";
+}
+
+TEST(PerfPages, ProgressWindTemperatureAndTrack) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    SimState& s = g_sim;
+    s.head_wind = -20;
+    s.cross_wind = 10;
+    s.wind_direction_display = 95;
+    s.wind_speed = 22;
+    s.outside_temperature = -40;
+    cdu.sim().calculator["(A:INDICATED ALTITUDE, feet)"] = 30000;
+    s.track = 95;
+    s.true_airspeed.now = 450;
+    g_lnav.XtkDistance = 1.234;
+    g_lnav.XtkSide = 1;
+    g_vnav.DescentActive = 0;
+    g_smiths.progress.page = 2;
+    Show(cdu, cdu_page::kProgress);
+    EXPECT_TRUE(cdu.ScreenHas("PROGRESS"));
+    EXPECT_TRUE(RowHas(cdu, 22, "T A I L W I N D")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "20 KT                             R  10 KT")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 66, "095\u00B0/22")) << cdu.Screen();
+    // ISA deviation at 30000 ft: -40 - (15 - 30 x 1.98) = 4.4.
+    EXPECT_TRUE(RowHas(cdu, 66, "-40\u00B0C /  4\u00B0C")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 99, "L 1.23 NM")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 132, "450 KT")) << cdu.Screen();
+    s.head_wind = 5;
+    s.cross_wind = -12;
+    cdu.Frame();
+    EXPECT_TRUE(RowHas(cdu, 22, "H E A D W I N D")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, " 5 KT                             L  12 KT")) << cdu.Screen();
+}
+
+TEST(PerfPages, HostileTextsOnEveryLine) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    const int pages[] = {cdu_page::kPerfInit, cdu_page::kApproachRef, cdu_page::kTakeoffRef, cdu_page::kProgress,
+                         cdu_page::kEconClb,  cdu_page::kEconCrz,     cdu_page::kEconPathDes, cdu_page::kDesForecasts};
+    const char* texts[] = {"/",      "FL",          "99999999999999999999", "-99999999999",  ".",
+                           "/////",  "1/2/3",       "FL-5",                 "-0",            "1e308/1e308",
+                           "250/.",  "/.0000000001", "000/.000",            "ZZZZZZZZZZZZZZZZZZZZZZZZ"};
+    for (int page : pages) {
+        for (const char* text : texts) {
+            for (int key = 1; key <= 10; ++key) {
+                g_smiths.CduPage = page;
+                g_smiths.perf.page = key % 2 + 1;
+                SetScratchpad(text);
+                ClearCduMessage();
+                g_smiths.LineSelectLatch = key;
+                cdu.Frame();
+                // Either taken (line cleared) or refused with the text kept.
+                std::string left = Scratchpad();
+                EXPECT_TRUE(left.empty() || left == text || Message() != "INVALID ENTRY")
+                    << page << " key " << key << " " << text;
+                if (Message() == "INVALID ENTRY") {
+                    EXPECT_EQ(left, text) << page << " key " << key;
+                }
+            }
+        }
+    }
+    // Whatever came in, the values stay within their rules.
+    EXPECT_GE(g_plan.context.CruiseAltitude, 0);
+    EXPECT_GE(g_profile.CostIndex, -1);
+    EXPECT_LE(g_profile.CostIndex, 200);
+    EXPECT_GE(g_performance.ZeroFuelWeight, 0);
+    EXPECT_LE(g_performance.ZeroFuelWeight, 2000000);
+    EXPECT_LE(g_profile.V2, 269);
+    EXPECT_TRUE(g_profile.TOFLAPS == 0 || TakeoffFlapsListed(g_profile.TOFLAPS)) << g_profile.TOFLAPS;
+    EXPECT_GE(g_profile.ClimbIas, 0);
+    EXPECT_LE(g_config.CruiseMach, 4);
 }
