@@ -178,10 +178,11 @@ bool TakeoffFlapsListed(int flaps) {
 
 // [SECTION] PERF INIT entries
 namespace {
-// A weight typed in thousands of the display unit, in pounds; 0 when refused.
-double ReadWeightEntry(std::string_view text) {
+// A weight typed in thousands of the display unit, in pounds; 0 when
+// refused. `capped`: 1000 thousands or more is refused before conversion (ZFW).
+double ReadWeightEntry(std::string_view text, bool capped) {
     double thousands = ReadNumber(text);
-    if (thousands <= 0 || thousands >= kWeightEntryLimit) return 0;
+    if (thousands <= 0 || (capped && thousands >= kWeightEntryLimit)) return 0;
     double weight = thousands * 1000;
     if (TextOf(g_config.WeightUnit) == "KGS") weight *= kKilogramsToPounds;
     if (weight > kWeightLimitPounds) return 0;
@@ -189,7 +190,7 @@ double ReadWeightEntry(std::string_view text) {
 }
 
 void EnterZeroFuelWeight(std::string_view text) {
-    double pounds = ReadWeightEntry(text);
+    double pounds = ReadWeightEntry(text, true);
     if (pounds <= 0) {
         SetCduMessage(cdu_message::kInvalidEntry);
         return;
@@ -201,7 +202,7 @@ void EnterZeroFuelWeight(std::string_view text) {
 }
 
 void EnterReserves(std::string_view text) {
-    double pounds = ReadWeightEntry(text);
+    double pounds = ReadWeightEntry(text, false);
     if (pounds <= 0) {
         SetCduMessage(cdu_message::kInvalidEntry);
         return;

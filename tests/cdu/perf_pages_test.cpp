@@ -126,10 +126,13 @@ TEST(PerfPages, WeightsAndTheirLimits) {
     EXPECT_TRUE(RowHas(cdu, 99, "120.5")) << cdu.Screen();
     EXPECT_EQ(g_plan.context.PlanState, 0) << "weights are no plan data";
 
-    // Reserves: above 0.
+    // Reserves: above 0 and at most 2,000,000 pounds; 1000 thousands is no limit here.
     ExpectRefused(cdu, "0", "LSK4L");
     ExpectTaken(cdu, "12.5", "LSK4L");
     EXPECT_NEAR(p.FuelReserve, 12500, 1e-6);
+    ExpectTaken(cdu, "2000", "LSK4L");
+    EXPECT_NEAR(p.FuelReserve, 2000000, 1e-6);
+    ExpectRefused(cdu, "2000.1", "LSK4L");
 
     // In kilograms the value is kept in pounds; above 2,000,000 pounds refused.
     g_config.WeightUnit = MakeOptionText("KGS");
