@@ -679,3 +679,44 @@ TEST(PerfPages, HostileTextsOnEveryLine) {
     EXPECT_GE(g_profile.ClimbIas, 0);
     EXPECT_LE(g_config.CruiseMach, 4);
 }
+
+TEST(PerfPages, ProgressFromAndToGo) {
+    CduRig cdu;
+    ExecuteCompanyRoute(cdu, "KSEAKGEG");
+    PlanContext& pc = g_plan.context;
+    ASSERT_NE(pc.ActiveLeg, kNoActiveLeg);
+    FakeSimulator& sim = cdu.sim();
+    sim.tokens[Token::FUEL_TOTAL_GALLONS] = 3000;
+    sim.tokens[Token::FUEL_POUNDS_PER_GALLON] = 6.7;
+    LastPassedWaypoint& from = g_lnav.LastPassed;
+    SetText(from.ident, "KSEA");
+    SetText(from.time, "1155Z");
+    from.altitude = 22000;
+    from.fuel = 20400;
+    g_config.TransAlt = 18000;
+    g_lnav.DistToActive = 20.4;
+    g_lnav.BearingToActive = 7;
+    g_sim.wind_direction_display = 275;
+    g_sim.wind_speed = 40;
+    g_smiths.progress.page = 1;
+    Show(cdu, cdu_page::kProgress);
+
+    // FROM: name, flight level above the transition altitude, time, fuel then.
+    EXPECT_TRUE(RowHas(cdu, 33, "KSEA")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "FL220")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "1155Z")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 33, "20.4")) << cdu.Screen();
+    // The active entry: bearing with three digits, whole miles.
+    std::string active = TextOf(g_plan.ActivePlan[pc.ActiveLeg].Ident).data();
+    EXPECT_TRUE(RowHas(cdu, 66, active)) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 66, "007 20")) << cdu.Screen();
+    // The next entry and the destination follow on their rows.
+    EXPECT_TRUE(RowHas(cdu, 99, TextOf(g_plan.ActivePlan[pc.ActiveLeg + 1].Ident).data())) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 132, "KGEG")) << cdu.Screen();
+    // Fuel on board: 3000 gallons of 6.7 pounds; the wind.
+    EXPECT_TRUE(RowHas(cdu, 165, "20.1")) << cdu.Screen();
+    EXPECT_TRUE(RowHas(cdu, 165, "275\u00B0/ 40")) << cdu.Screen();
+    // NAV STATUS > leads on.
+    cdu.PressAndFrame("LSK6R");
+    EXPECT_EQ(g_smiths.CduPage, cdu_page::kNavStatus);
+}
