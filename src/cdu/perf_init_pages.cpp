@@ -91,7 +91,6 @@ bool EnterTargetSpeed(std::string_view text, int& ias, double& mach, int& ias_un
     double new_mach = has_mach ? ReadNumber(text.substr(slash + 1)) : 0;
     bool speed_good = !has_speed || (speed >= kTargetSpeedMin && speed <= kTargetSpeedMax);
     bool mach_good = !has_mach || (new_mach >= 0 && new_mach <= kTargetMachMax);
-    if (has_mach && slash + 1 >= text.size()) mach_good = false;  // "250/": no Mach behind the "/"
     if (!speed_good || !mach_good) {
         SetCduMessage(cdu_message::kInvalidEntry);
         return false;

@@ -202,6 +202,9 @@ TEST(PerfPages, TargetSpeedForms) {
     EXPECT_EQ(profile.ClimbIas, 290);
     EXPECT_DOUBLE_EQ(g_config.ClimbMach, 0.78);
     EXPECT_EQ(g_plan.context.Undo.ClimbIas, 250) << "the committed speed is what ERASE brings back";
+    ExpectTaken(cdu, "/4", "LSK2L");  // the Mach bound is 4, not 1
+    EXPECT_DOUBLE_EQ(g_config.ClimbMach, 4);
+    EXPECT_EQ(profile.ClimbIas, 290);
 
     // The same entry on the cruise and descent pages, into their own values.
     Show(cdu, cdu_page::kEconCrz);
