@@ -62,6 +62,11 @@ int ReadCruiseAltitudeEntry(std::string_view text, int ceiling) {
     return feet;
 }
 
+int PerfLineKey() {
+    int key = g_smiths.LineSelectLatch;
+    return DeleteArmed() && key >= 1 && key <= 10 ? 0 : key;
+}
+
 bool ZeroWrittenOut(std::string_view text, double value) { return value != 0 || text == "0"; }
 
 void PerfPlanDataChanged() {
@@ -452,7 +457,7 @@ void PerfInitPage(CduScreen& screen) {
     StepPages(s.perf, kPerfPageCount);
 
     // The key of this frame, on the page of the counter.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     bool limits = s.perf.page == 2;
     if (limits)

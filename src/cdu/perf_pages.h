@@ -37,6 +37,10 @@ void ApproachRefPage(CduScreen& screen);       // CduPage 12
 void ProgressPage(CduScreen& screen);          // CduPage 33, pages 1, 2 and 3 (RTA PROGRESS)
 
 // [SECTION] Shared entry rules
+// The line key of this frame. No line of these pages can be deleted: with
+// the delete armed the data lines (keys 1 to 10) do nothing, so that the
+// text hidden under "DELETE" is not entered unseen.
+int PerfLineKey();
 // A cruise altitude typed on a page: a leading "FL" stripped, a whole number
 // above 0 and below `ceiling` (0: no ceiling), below 1000 in hundreds of
 // feet. Returns the feet, or 0 for a text the line refuses.

@@ -141,7 +141,7 @@ void EconClbPage(CduScreen& screen) {
     PlanUndoSlots& undo = g_plan.context.Undo;
 
     // The key of this frame.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     if (!text.empty()) {
         if (key == 1) EnterPhaseCruiseAltitude(text);
@@ -197,7 +197,7 @@ void EconCrzPage(CduScreen& screen) {
     PlanUndoSlots& undo = g_plan.context.Undo;
 
     // The key of this frame.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     if (!text.empty()) {
         if (key == 1) EnterPhaseCruiseAltitude(text);
@@ -293,7 +293,7 @@ void EconPathDesPage(CduScreen& screen) {
     PlanUndoSlots& undo = g_plan.context.Undo;
 
     // The key of this frame.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     if (!text.empty()) {
         if (key == 2)

@@ -90,7 +90,7 @@ void TakeoffRefPage(CduScreen& screen) {
     const PlanSelections& t = g_plan.context.Selections;
 
     // The key of this frame.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     if (!text.empty()) {
         if (key == 1) EnterTakeoffFlaps(text);
@@ -239,7 +239,7 @@ void ApproachRefPage(CduScreen& screen) {
     const std::array<ApproachRow, kApproachRows> rows = ApproachRows();
 
     // The key of this frame.
-    int key = s.LineSelectLatch;
+    int key = PerfLineKey();
     std::string_view text = ScratchpadText();
     if (key >= 6 && key <= 8) ApproachRowKey(rows[static_cast<size_t>(key - 6)], text);
     if (key == 9 && !text.empty()) EnterFlapSpeed(text);

@@ -102,6 +102,13 @@ TEST(PerfPages, CruiseAltitudeSpellingsAndRefusals) {
         ExpectRefused(cdu, text, "LSK1R");
         EXPECT_EQ(pc.CruiseAltitude, 18000) << text;
     }
+    // With the delete armed the hidden text is not entered.
+    ClearEntry(cdu);
+    cdu.Type("250");
+    cdu.Press("DEL");
+    cdu.PressAndFrame("LSK1R");
+    EXPECT_EQ(pc.CruiseAltitude, 18000);
+    EXPECT_EQ(Message(), "DELETE");
     // ECON CLB takes only altitudes below 99999.
     Show(cdu, cdu_page::kEconClb);
     ExpectRefused(cdu, "99999", "LSK1L");
