@@ -533,6 +533,9 @@ TEST(PerfPages, ScreensOfAKnownState) {
     ExpectScreen(cdu, "des_forecasts");
     Show(cdu, cdu_page::kTakeoffRef);
     ExpectScreen(cdu, "takeoff_ref");
+    cdu.PressAndFrame("LSK5R");  // DEPARTURE>: no runway chosen yet
+    EXPECT_EQ(g_smiths.CduPage, cdu_page::kDepartures);
+    EXPECT_EQ(g_smiths.departures.page, 1);
     Show(cdu, cdu_page::kApproachRef);
     ExpectScreen(cdu, "approach_ref");
     g_smiths.progress.page = 3;
