@@ -89,7 +89,7 @@ TEST(RtePage, PilotLoadsACompanyRouteActivatesAndExecutes) {
     cdu.PressAndFrame("LSK6R");
     EXPECT_EQ(g_smiths.CduPage, 3);
     cdu.Frame();
-    EXPECT_TRUE(cdu.ScreenHas("PERF INIT"));
+    EXPECT_TRUE(cdu.ScreenHas("PERF  INIT"));
 }
 
 TEST(RtePage, CompanyRouteByFileNameStartOrByOriginAndDestination) {
