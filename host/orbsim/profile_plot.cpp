@@ -427,6 +427,7 @@ bool WriteProfilePlot(const std::string& path, const VerticalProfile& profile, c
             if (!mark->set) continue;
             double x = to_x(mark->along_nm), y = to_y(profile.cruise_ft);
             cairo_set_source_rgb(cr, 0.3, 0.95, 0.95);
+            cairo_new_path(cr);
             cairo_arc(cr, x, y, 5, 0, 2 * M_PI);
             cairo_stroke(cr);
             cairo_move_to(cr, x - 10, y - 12);
