@@ -57,6 +57,11 @@ bool ReadVerticalProfile(const std::string& path, VerticalProfile& profile, std:
         error = path + ": cannot read the profile file";
         return false;
     }
+    return ParseVerticalProfile(path, in, profile, error);
+}
+
+bool ParseVerticalProfile(const std::string& path, std::istream& in, VerticalProfile& profile, std::string& error) {
+    profile = VerticalProfile{};
     std::string line;
     int number = 0;
     auto fail = [&](const std::string& message) {
@@ -74,6 +79,8 @@ bool ReadVerticalProfile(const std::string& path, VerticalProfile& profile, std:
         ++number;
         // 1. Blank lines and comments.
         if (line.size() > kMaxProfileLineLength) return fail("line longer than 1024 characters");
+        for (char c : line)
+            if (static_cast<unsigned char>(c) < 0x20 && c != '\t' && c != '\r') return fail("line holds a control byte");
         std::vector<std::string> w = Words(line);
         if (w.empty() || w[0][0] == ';') continue;
         const std::string& kind = w[0];
@@ -136,6 +143,11 @@ bool ReadTrackFile(const std::string& path, std::vector<FlownPoint>& track, std:
         error = path + ": cannot read the track";
         return false;
     }
+    return ParseTrack(path, in, track, error);
+}
+
+bool ParseTrack(const std::string& path, std::istream& in, std::vector<FlownPoint>& track, std::string& error) {
+    track.clear();
     std::string line;
     int number = 0;
     while (std::getline(in, line)) {

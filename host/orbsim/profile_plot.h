@@ -12,6 +12,7 @@
 // The flown profile comes from the CSV that the script's `track` writes.
 #pragma once
 
+#include <istream>
 #include <string>
 #include <vector>
 
@@ -54,6 +55,8 @@ struct VerticalProfile {
 // Reads the module's file. False with "FILE:LINE: reason" for a line that
 // is not one of the four kinds, or "FILE: reason" for a file with no rows.
 bool ReadVerticalProfile(const std::string& path, VerticalProfile& profile, std::string& error);
+// The same from a stream; `path` names it in errors.
+bool ParseVerticalProfile(const std::string& path, std::istream& in, VerticalProfile& profile, std::string& error);
 
 struct FlownPoint {
     double time = 0;                    // simulated seconds
@@ -64,6 +67,7 @@ struct FlownPoint {
 
 // Reads the track CSV (time,lat,lon,altitude,...). False with "FILE:LINE: reason".
 bool ReadTrackFile(const std::string& path, std::vector<FlownPoint>& track, std::string& error);
+bool ParseTrack(const std::string& path, std::istream& in, std::vector<FlownPoint>& track, std::string& error);
 
 // Each flown point's distance along the route: its nearest point on the legs
 // between the rows, searched from the leg of the point before and a few

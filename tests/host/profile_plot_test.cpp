@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -233,4 +234,53 @@ TEST(ProfilePlot, TheScriptCommandReadsTheTrackAndSetsItsValues) {
     std::fclose(run.out);
     g_host = {};
     std::system(("rm -rf " + dir).c_str());
+}
+
+TEST(ProfilePlot, HostileBytesAreRefusedWithoutHarm) {
+    struct Case {
+        std::string text;
+        std::string error;
+    };
+    const Case cases[] = {
+        {"ROW 0 A 0 0 nan 0 0 0\n", "h:1: distance 'nan' is not a number from 0 to 50000"},
+        {"ROW 0 A 0 0 1e308 0 0 0\n", "h:1: distance '1e308' is not a number from 0 to 50000"},
+        {"ROW 0 A 0 0 0 inf 0 0\n", "h:1: altitude 'inf' is not a number from -2000 to 100000"},
+        {std::string("ROW 0 A\0 0 0 0 0 0 0\n", 21), "h:1: line holds a control byte"},
+        {"ROW 0 A 0 0 0 0 0 0 " + std::string(2000, 'x') + "\n", "h:1: line longer than 1024 characters"},
+    };
+    for (const Case& c : cases) {
+        std::istringstream in(c.text);
+        VerticalProfile profile;
+        std::string error;
+        EXPECT_FALSE(ParseVerticalProfile("h", in, profile, error)) << c.text;
+        EXPECT_EQ(error, c.error);
+    }
+    // More rows than a plan has.
+    std::string many;
+    for (int i = 0; i <= kMaxProfileRows; ++i) many += "ROW " + std::to_string(i % 100) + " A 0 0 0 0 0 0\n";
+    std::istringstream in(many);
+    VerticalProfile profile;
+    std::string error;
+    EXPECT_FALSE(ParseVerticalProfile("h", in, profile, error));
+    EXPECT_EQ(error, "h:1001: more than 1000 rows");
+
+    // Track rows: a short row, a position off the earth, text where numbers go.
+    const Case tracks[] = {
+        {"time,lat,lon,altitude\n1,2,3\n", "t:2: not a track row (time,lat,lon,altitude,...)"},
+        {"1,95,3,4,5\n", "t:1: position out of range"},
+        {"1,x,3,4\n", "t:1: not a track row (time,lat,lon,altitude,...)"},
+        {"time,lat,lon,altitude\n", "t: the track has no rows yet"},
+    };
+    for (const Case& c : tracks) {
+        std::istringstream track_in(c.text);
+        std::vector<FlownPoint> track;
+        EXPECT_FALSE(ParseTrack("t", track_in, track, error)) << c.text;
+        EXPECT_EQ(error, c.error);
+    }
+    std::istringstream good("time,lat,lon,altitude,heading\r\n0.5,1.5,-2.5,1200,90\r\n");
+    std::vector<FlownPoint> track;
+    ASSERT_TRUE(ParseTrack("t", good, track, error)) << error;
+    ASSERT_EQ(track.size(), 1u);
+    EXPECT_EQ(track[0].lon, -2.5);
+    EXPECT_EQ(track[0].altitude, 1200);
 }
