@@ -187,7 +187,8 @@ void Substep(AircraftModel& a, double h) {
     // steeper climb is flown all the same and pays for it in speed,
     // dV/dt = g x (asked - sustainable) / V, down to the lowest speed that
     // flies (vs1), where the climb falls back to what the thrust sustains.
-    double sustainable = BookClimbRate(a.alt);
+    // Stopped engines sustain no climb.
+    double sustainable = EngineN1(a, 0) > 0 ? BookClimbRate(a.alt) : 0;
     double ias_per_tas = IasForTas(1.0, a.alt);
     double bleed = 0;  // knots indicated a second
     if (!on_ground && asked > sustainable) {

@@ -93,6 +93,15 @@ TEST(TwinJetFlight, ClimbBeyondTheThrustKeepsTheRateAndBleedsSpeed) {
     a.ap_vs = 500;
     StepAircraft(a, 1);
     EXPECT_LT(a.ias, 220);
+
+    // Nor with the engines stopped: 500 ft/min at 5000 ft costs all of it.
+    a = Airborne(5000, 220);
+    a.n1_set = 0;
+    a.vs_hold = 1;
+    a.ap_vs = 500;
+    StepAircraft(a, 1);
+    double glide = IndicatedRate(220, 5000, 500);
+    EXPECT_NEAR(220 - a.ias, glide, 0.02 * glide);
 }
 
 TEST(TwinJetFlight, AutothrottleAcceleratesWithinItsLimits) {
