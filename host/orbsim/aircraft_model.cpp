@@ -19,8 +19,7 @@ constexpr double kRadToDeg = 57.29577951308232;
 constexpr double kIsaLapsePerThousand = 1.98;  // degrees Celsius a thousand feet
 constexpr double kTropopauseFt = 36089;
 constexpr double kAltimeterFeetPerMb = 27.0;   // the usual rule of thumb near the ground
-constexpr double kN1PerFpm = 1.0 / 200.0;      // a climb of 2000 ft/min needs 10 % more N1
-constexpr double kN1Min = 20, kN1Max = 104;
+constexpr double kGroundToleranceFt = 0.01;    // at the ground's elevation, give or take rounding
 constexpr double kTurbineTempAt60 = 400;       // degrees Celsius at 60 % N1
 constexpr double kTurbineTempPerN1 = 5;        // degrees a percent of N1 above that
 
@@ -67,12 +66,38 @@ double FuelGallons(const AircraftModel& a) {
 
 double FuelPounds(const AircraftModel& a) { return FuelGallons(a) * a.lbs_per_gal; }
 
-double EngineN1(const AircraftModel& a, int engine) {
-    if (engine < 0 || engine >= std::min(a.engines, kMaxEngines) || a.n1_set <= 0 || FuelGallons(a) <= 0) return 0;
-    return std::clamp(a.n1_set + a.vs * kN1PerFpm, kN1Min, kN1Max);
+double PayloadPounds(const AircraftModel& a) {
+    double total = 0;
+    for (double pounds : a.payload) total += pounds;
+    return total;
 }
 
-double EngineFuelFlow(const AircraftModel& a, int engine) { return a.ff_at_85 * EngineN1(a, engine) / 85.0; }
+double GrossWeight(const AircraftModel& a) { return a.empty_weight + PayloadPounds(a) + FuelPounds(a); }
+
+bool OnGround(const AircraftModel& a) { return a.alt <= a.ground + kGroundToleranceFt && a.ias < kLiftOffKt; }
+
+ThrustMix EngineThrust(const AircraftModel& a) {
+    ThrustMix mix;
+    if (OnGround(a)) {
+        // Climb thrust while the autothrottle rolls the jet up to the bug, else idle.
+        bool rolling = a.ap_master && a.spd_hold && !a.mach_hold && a.ias < a.ap_spd;
+        mix.cruise = 0;
+        (rolling ? mix.climb : mix.idle) = 1;
+        return mix;
+    }
+    return ThrustForVerticalSpeed(a.vs);
+}
+
+double EngineN1(const AircraftModel& a, int engine) {
+    if (engine < 0 || engine >= std::min(a.engines, kMaxEngines) || a.n1_set <= 0 || FuelGallons(a) <= 0) return 0;
+    return N1ForThrust(EngineThrust(a));
+}
+
+double EngineFuelFlow(const AircraftModel& a, int engine) {
+    if (EngineN1(a, engine) <= 0) return 0;
+    double total = BookFlow(EngineThrust(a), a.alt, GrossWeight(a)) * a.flow_factor / 100.0;
+    return total / std::min(a.engines, kMaxEngines);
+}
 
 double EngineTurbineTemperature(const AircraftModel& a, int engine) {
     double n1 = EngineN1(a, engine);
@@ -145,46 +170,84 @@ void Substep(AircraftModel& a, double h) {
         if (turned != 0) a.bank = Sign(turned) * std::atan(v_fps * rate_rad / kGravityFps2) * kRadToDeg;
     }
 
-    // 2. Vertical: altitude hold climbs or descends at the set vertical speed
-    // to the autopilot altitude and levels there; vertical speed hold flies
-    // the set vertical speed; otherwise the manual vertical speed stays.
-    if (a.ap_master && a.alt_hold) {
-        double d = a.ap_alt - a.alt;
-        double rate = std::abs(a.ap_vs) > 0 ? std::abs(a.ap_vs) : kDefaultClimbFpm;
-        a.vs = Sign(d) * rate;
-        double step = a.vs / 60.0 * h;
-        if (std::abs(step) >= std::abs(d)) {
-            a.alt = a.ap_alt;
-            a.vs = 0;
-        } else {
-            a.alt += step;
+    // 2. Vertical: the rate asked for. Altitude hold climbs or descends at
+    // the set vertical speed's size to the autopilot altitude and levels
+    // there; vertical speed hold flies the set vertical speed; otherwise the
+    // manual vertical speed stays. On the ground nothing climbs before the
+    // lift-off speed.
+    bool on_ground = OnGround(a);
+    double asked = a.vs;
+    double to_target = a.ap_alt - a.alt;
+    bool leveling = a.ap_master && a.alt_hold;
+    if (leveling) asked = Sign(to_target) * (std::abs(a.ap_vs) > 0 ? std::abs(a.ap_vs) : kDefaultClimbFpm);
+    else if (a.ap_master && a.vs_hold) asked = a.ap_vs;
+    if (on_ground) asked = 0;
+
+    // 3. Energy: climb thrust sustains the book's rate at this altitude. A
+    // steeper climb is flown all the same and pays for it in speed,
+    // dV/dt = g x (asked - sustainable) / V, down to the lowest speed that
+    // flies (vs1), where the climb falls back to what the thrust sustains.
+    // Stopped engines sustain no climb.
+    double sustainable = EngineN1(a, 0) > 0 ? BookClimbRate(a.alt) : 0;
+    double ias_per_tas = IasForTas(1.0, a.alt);
+    double bleed = 0;  // knots indicated a second
+    if (!on_ground && asked > sustainable) {
+        bleed = kGravityFps2 * (asked - sustainable) / 60.0 / v_fps / kKnotsToFps * ias_per_tas;
+        if (a.ias - bleed * h < a.vs1) {
+            asked = sustainable;
+            bleed = 0;
         }
+    }
+
+    // 4. Climb or descend at the rate, levelling at the target; the ground
+    // stops a descent.
+    a.vs = asked;
+    double step = a.vs / 60.0 * h;
+    if (leveling && std::abs(step) >= std::abs(to_target)) {
+        a.alt = a.ap_alt;
+        a.vs = 0;
     } else {
-        if (a.ap_master && a.vs_hold) a.vs = a.ap_vs;
-        a.alt += a.vs / 60.0 * h;
+        a.alt += step;
     }
     if (a.alt < a.ground) {
         a.alt = a.ground;
         if (a.vs < 0) a.vs = 0;
     }
 
-    // 3. Speed: Mach hold wins over speed hold.
+    // 5. Speed. The bleed of a climb beyond the thrust comes first: the
+    // autothrottle has nothing left to give, though it may slow further.
+    // Otherwise Mach hold (winning over speed hold) moves towards its
+    // speed: the take-off roll at 4 kt/s; in a climb with the thrust the
+    // climb leaves spare, at most 1.5 kt/s; level at most 2 kt/s; in a
+    // descent idle and speed brakes hold the speed; slowing at 2 kt/s.
     bool holding_speed = a.ap_master && (a.mach_hold || a.spd_hold);
-    if (holding_speed) {
-        double target = a.mach_hold ? IasForTas(a.ap_mach * SpeedOfSound(a), a.alt) : a.ap_spd;
-        double step = kSpeedChangeKtPerSec * h;
+    double target = a.mach_hold ? IasForTas(a.ap_mach * SpeedOfSound(a), a.alt) : a.ap_spd;
+    if (bleed > 0) {
+        double fall = bleed * h;
+        if (holding_speed && target < a.ias) fall = std::max(fall, std::min(a.ias - target, kDecelKtPerSec * h));
+        a.ias = std::max(0.0, a.ias - fall);
+    } else if (holding_speed) {
         double d = target - a.ias;
-        a.ias = std::abs(d) <= step ? target : a.ias + Sign(d) * step;
+        double rate = kDecelKtPerSec;
+        if (d > 0 && on_ground) {
+            rate = kTakeoffAccelKtPerSec;
+        } else if (d > 0 && a.vs >= 0) {
+            // Spare thrust: what the climb at this rate leaves of the climb thrust.
+            double spare = kGravityFps2 * (sustainable - a.vs) / 60.0 / v_fps / kKnotsToFps * ias_per_tas;
+            rate = std::min(a.vs > 0 ? kClimbAccelKtPerSec : kLevelAccelKtPerSec, std::max(0.0, spare));
+        }
+        double change = rate * h;
+        a.ias = std::abs(d) <= change ? target : a.ias + Sign(d) * change;
     }
     tas = TrueAirspeed(a);
     a.pitch = tas > 0 ? std::atan2(a.vs / 60.0, tas * kKnotsToFps) * kRadToDeg : 0;
 
-    // 4. Position along the ground track.
+    // 6. Position along the ground track.
     GroundVector(a, a.gs, a.track);
     MovePoint(a.lat, a.lon, a.track, a.gs * h / 3600.0);
 
-    // 5. Engines and fuel: N1 follows the setting and the climb; the flow
-    // follows N1; fuel comes from the centre tank first, then the mains.
+    // 7. Engines and fuel: the book's flow of the thrust; fuel comes from
+    // the centre tank first, then the mains, aux and tips.
     double burn_pounds = 0;
     for (int e = 0; e < kMaxEngines; ++e) burn_pounds += EngineFuelFlow(a, e) * h / 3600.0;
     double burn = a.lbs_per_gal > 0 ? burn_pounds / a.lbs_per_gal : 0;
@@ -204,7 +267,7 @@ void Substep(AircraftModel& a, double h) {
         burn -= take(right, burn);
     }
 
-    // 6. Clocks.
+    // 8. Clocks.
     a.zulu += h;
     while (a.zulu >= 86400) {
         a.zulu -= 86400;

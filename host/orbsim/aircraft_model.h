@@ -7,6 +7,8 @@
 // degrees, feet, knots, feet a minute, gallons and pounds.
 #pragma once
 
+#include "aircraft_performance.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -22,7 +24,7 @@ constexpr double kGravityFps2 = 32.174;
 constexpr double kFeetPerNm = 6076.11549;
 constexpr double kKnotsToFps = 1.68781;
 constexpr double kDefaultClimbFpm = 1500;              // altitude hold with no vertical speed set
-constexpr double kSpeedChangeKtPerSec = 2.0;           // speed and Mach holds change speed this fast
+constexpr double kSpeedChangeKtPerSec = 2.0;           // speed and Mach holds change speed this fast, level
 constexpr double kMaxStepSeconds = 0.05;               // integration step; turns stay exact to 0.15 deg
 constexpr double kFullTankLevel = 8388608.0;           // 0x800000: a tank level of 100 %
 constexpr double kSimRateMin = 0.25, kSimRateMax = 128;
@@ -79,12 +81,13 @@ struct AircraftModel {
     double tz = 0;                      // local time = zulu + tz hours
     // Engines and fuel
     int engines = 2;
-    double n1_set = 85;                 // percent; what the crew set
-    double ff_at_85 = 2600;             // pounds an hour an engine at 85 % N1
+    double n1_set = 85;                 // percent; 0 stops the engines, any other value runs them (N1 then follows the thrust)
+    double flow_factor = 100;           // percent of the book's fuel flows the engines burn
     std::array<double, kTankCount> tank_capacity{};  // gallons
     std::array<double, kTankCount> tank{};            // gallons on board
     double lbs_per_gal = 6.7;
-    double zfw = 90000;                 // zero fuel weight, pounds
+    double zfw = 120000;                // zero fuel weight the FSUIPC server reports, pounds
+    double empty_weight = kEmptyWeightLb;  // pounds; gross = empty + payload + fuel
     std::vector<double> payload;        // pounds a station, at most kMaxStations
     std::string title = "orbsim TwinJet";
     // What the last step did (for tests and prints)
@@ -92,7 +95,8 @@ struct AircraftModel {
     double gs = 0;                      // ground speed, knots
 };
 
-// A fresh aircraft: parked at 0,0 at sea level, tanks of a twin jet, engines idle at 85 %.
+// A fresh aircraft: parked at 0,0 at sea level, tanks of a twin jet, engines
+// running, 18,000 lb of payload and 20,000 lb of fuel (140,000 lb gross).
 AircraftModel DefaultAircraft();
 
 // Air data from the state.
@@ -105,8 +109,16 @@ double MagneticHeading(const AircraftModel& a);      // 0..360
 double IndicatedAltitude(const AircraftModel& a);    // with the altimeter's setting
 double FuelGallons(const AircraftModel& a);
 double FuelPounds(const AircraftModel& a);
-// Engines: N1 follows the setting and the climb; the flow follows N1. Zero
-// for engines the aircraft does not have, and when the tanks are dry.
+double PayloadPounds(const AircraftModel& a);
+double GrossWeight(const AircraftModel& a);          // pounds: empty + payload + fuel
+// On the ground: at the ground's elevation and slower than the lift-off speed.
+bool OnGround(const AircraftModel& a);
+// The thrust the engines give now: climb thrust on the take-off roll, idle
+// parked, else by the vertical speed (see ThrustForVerticalSpeed).
+ThrustMix EngineThrust(const AircraftModel& a);
+// Engines: N1 and the book's flow of the thrust, the flow split over the
+// engines. Zero for engines the aircraft does not have, for stopped engines,
+// and when the tanks are dry.
 double EngineN1(const AircraftModel& a, int engine);          // percent
 double EngineFuelFlow(const AircraftModel& a, int engine);    // pounds an hour
 double EngineTurbineTemperature(const AircraftModel& a, int engine);  // degrees Celsius

@@ -4,11 +4,13 @@
 
 #include "fsuipc_server.h"
 #include "panel_cfg.h"
+#include "profile_plot.h"
 #include "resources.h"
 #include "script.h"
 
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,7 +18,7 @@ namespace orbsim {
 
 int FuzzOneInput(const uint8_t* data, size_t size) {
     if (size == 0) return 0;
-    uint8_t pick = data[0] % 6;
+    uint8_t pick = data[0] % 8;
     const uint8_t* body = data + 1;
     size_t length = size - 1;
     std::string error;
@@ -64,6 +66,24 @@ int FuzzOneInput(const uint8_t* data, size_t size) {
         AircraftModel aircraft;
         HandleFsuipcMessage(server, aircraft, length - 8, reinterpret_cast<intptr_t>(buffer.data()));
         if (server.memory.size() != kFsuipcOffsetSpace) std::abort();
+        break;
+    }
+    case 6: {
+        // The module's predictions: rows bounded and in order of distance, as the projection needs.
+        std::istringstream in(std::string(reinterpret_cast<const char*>(body), length));
+        VerticalProfile profile;
+        if (ParseVerticalProfile("fuzz", in, profile, error)) {
+            if (profile.rows.empty() || profile.rows.size() > static_cast<size_t>(kMaxProfileRows)) std::abort();
+            std::vector<FlownPoint> track = {{0, 0, 0, 0}, {1, 10, 10, 1000}};
+            std::vector<double> along = AlongRouteDistances(profile, track);
+            if (along.size() != track.size() || along[1] < along[0]) std::abort();
+        }
+        break;
+    }
+    case 7: {
+        std::istringstream in(std::string(reinterpret_cast<const char*>(body), length));
+        std::vector<FlownPoint> track;
+        if (ParseTrack("fuzz", in, track, error) && track.empty()) std::abort();
         break;
     }
     }

@@ -8,7 +8,8 @@
 namespace orbsim {
 
 // The first byte picks the parser (BMP, ELF section table, resource table,
-// panel.cfg, script, FSUIPC request); the rest is its input. Always returns 0.
+// panel.cfg, script, FSUIPC request, predictions, track); the rest is its
+// input. Always returns 0.
 int FuzzOneInput(const uint8_t* data, size_t size);
 
 }  // namespace orbsim

@@ -101,6 +101,7 @@ constexpr CommandSpec kCommands[] = {
     {"echo", 0, -1, "echo TEXT"},
     {"fps", 1, 1, "fps N"},
     {"plot", 2, 5, "plot FILE ROUTE|gps [LAT LON NM]"},
+    {"profile", 1, 2, "profile FILE [PREDICTIONS]"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
 };
@@ -248,7 +249,7 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
         }
     }
     // What orbsim writes stays under --out, as the script's reader expects.
-    if ((name == "shot" || name == "plot" || name == "track") && w.size() >= 2) {
+    if ((name == "shot" || name == "plot" || name == "track" || name == "profile") && w.size() >= 2) {
         const std::string& file = name == "shot" ? w[2] : w[1];
         if (!StaysInside(file)) {
             error = name + " writes under the output folder (--out); '" + file + "' leads out of it";
@@ -562,6 +563,16 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "last_plan") return value = Text(s.plans.empty() ? "" : s.plans.back()), true;
         if (p[1] == "last_plan_existed") return value = Number(!s.plan_existed.empty() && s.plan_existed.back()), true;
         return Fail(error, "simconnect has opens, closes, open, plans, last_plan, last_plan_existed");
+    }
+    if (head == "profile" && p.size() == 2) {
+        if (!run.profile_drawn) return Fail(error, "no profile yet: the profile command sets profile.*");
+        const ProfileFigures& f = run.profile;
+        if (p[1] == "rows") return value = Number(f.rows), true;
+        if (p[1] == "restricted") return value = Number(f.restricted), true;
+        if (p[1] == "passed") return value = Number(f.passed), true;
+        if (p[1] == "worst_miss") return value = Number(f.worst_miss), true;
+        if (p[1] == "max_altitude") return value = Number(f.max_altitude), true;
+        return Fail(error, "profile has rows, restricted, passed, worst_miss and max_altitude");
     }
     if (what == "slots.missing") return value = Number(static_cast<double>(host.missing_slot_calls)), true;
     if (what == "calculator.calls") return value = Number(static_cast<double>(host.calculator_calls)), true;
@@ -881,6 +892,36 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             }
             std::string title = (w[2] == "gps" ? std::string("the plan in the simulator's GPS") : w[2]) + "  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
             if (!WriteRoutePlot(out_path, route, flown, title, why, window)) return bad(why);
+        } else if (cmd == "profile") {
+            // The module's predictions from the file it writes at each EXEC (or one the
+            // script names), the flight from the track the script is writing.
+            std::string profile_path = w.size() == 3 ? Resolve(run.sim_dir, w[2])
+                                                     : PathIgnoringCase(run.sim_dir + "/orb/vnav_profile.txt");
+            struct stat profile_stat{};
+            if (stat(profile_path.c_str(), &profile_stat) != 0)
+                return bad("profile: " + profile_path + " is missing (the module writes it at each EXEC)");
+            if (run.track_path.empty()) return bad("profile needs the flown track: start one with 'track FILE' first");
+            if (run.track != nullptr) std::fflush(run.track);
+            auto bad_file = [&](const std::string& message) {
+                error = message + " (from " + where.substr(0, where.size() - 2) + ")";
+                return ExitCode::BadInput;
+            };
+            VerticalProfile profile;
+            if (!ReadVerticalProfile(profile_path, profile, why)) return bad_file(why);
+            std::vector<FlownPoint> flown;
+            if (!ReadTrackFile(run.track_path, flown, why)) return bad_file(why);
+            std::vector<double> along = AlongRouteDistances(profile, flown);
+            ProfileFigures figures = CompareProfile(profile, flown, along);
+            std::string out_path = Resolve(run.out_dir, w[1]);
+            if (!MakeFolders(out_path.substr(0, out_path.rfind('/')), why)) return bad(why);
+            std::string title = "vertical profile  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
+            if (!WriteProfilePlot(out_path, profile, flown, along, figures, title, why)) return bad(why);
+            std::fprintf(run.out, "profile: %d rows, %d restricted, %d altitude restrictions passed, worst miss %.0f ft\n",
+                         figures.rows, figures.restricted, figures.passed, figures.worst_miss);
+            for (const RestrictionCheck& check : figures.checks) std::fprintf(run.out, "  %s\n", DescribeCheck(check).c_str());
+            std::fflush(run.out);
+            run.profile = std::move(figures);
+            run.profile_drawn = true;
         } else if (cmd == "reload") {
             if (!ReloadPanel(host, why)) return bad(why);
         } else if (cmd == "track") {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include "host_state.h"
+#include "profile_plot.h"
 
 #include <cstdio>
 #include <string>
@@ -54,6 +55,8 @@ struct ScriptRun {
     std::vector<std::pair<double, double>> flown;  // lat, lon every flown_spacing seconds, for `plot`
     double flown_next = 0;                     // simulated time of the next point
     double flown_spacing = 1;                  // seconds between points; doubles as they thin
+    bool profile_drawn = false;                // a `profile` has run: its figures are readable
+    ProfileFigures profile;                    // what the last `profile` found
 };
 
 // Runs checked lines. Returns the exit code; a message for codes other than

@@ -83,10 +83,11 @@ split -C "$piece_bytes" "$seeds/wmm2005.txt" "$seeds/fuzz_geomag/wmm2005.txt."
 rm -f "$seeds/wmm2005.txt"
 # Strings the displays draw: the CDU screens the tests keep.
 whole fuzz_gdiplus "$top"/tests/cdu/reference/*.txt
-# orbsim: 0 a BMP, 3 a panel, 4 a script.
+# orbsim: 0 a BMP, 3 a panel, 4 a script, 6 the module's predictions.
 picked fuzz_orbsim 000 $small_bitmaps
 picked fuzz_orbsim 003 $panels
 picked fuzz_orbsim 004 $scripts
+picked fuzz_orbsim 006 $(ls "$top"/tests/e2e/*.sim/orb/vnav_profile.txt 2>/dev/null || true)
 # The module's resource readers: 2 a BMP, 3 the resource script.
 picked fuzz_resources 002 $small_bitmaps
 picked fuzz_resources 003 "$top/src/resources/resources.rc"

@@ -1,5 +1,6 @@
 // orbsim.cpp: the libFuzzer target of orbsim's parsers (BMP, ELF sections,
-// the resource table, panel.cfg, scripts, FSUIPC requests).
+// the resource table, panel.cfg, scripts, FSUIPC requests, the module's
+// predictions and track files).
 #include "orbsim/fuzz_entry.h"
 
 #include <cstddef>
