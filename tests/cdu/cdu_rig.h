@@ -81,6 +81,9 @@ public:
         cdu_->Service(PANEL_SERVICE_PRE_INSTALL);
         cdu_->Service(PANEL_SERVICE_PRE_INITIALIZE);
         cdu_->Service(PANEL_SERVICE_CONNECT_TO_WINDOW);
+        // The rig works on the source tree's sample folder: EXEC must not
+        // leave a profile file in it.
+        g_config.WriteVnavProfile = 0;
         id_ = id;
     }
     ~CduRig() { cdu_->Service(PANEL_SERVICE_DISCONNECT); }
