@@ -488,6 +488,36 @@ namespace {
 constexpr char kProfileFile[] = "\\orb\\vnav_profile.txt";
 constexpr char kProfileTemp[] = "\\orb\\vnav_profile.tmp";
 constexpr int kProfileIdentSize = 24;         // a plan ident and its terminator
+
+// nm along the plan from row 0 to a point on it: the leg the point lies on is
+// the one it bends least (start-point-end longest over the leg's length).
+// VNAV moves T/D after the prediction (to the end of the first descent
+// segment), so its position is what counts. T/C keeps the predicted
+// distance: VNAV moves its point onto a climb restriction as a target.
+double AlongRouteOfPoint(double latitude, double longitude) {
+    const int last = LastRow();
+    double along = 0, best_along = -999, best_excess = 1e9;
+    int from = -1;
+    for (int row = 0; row <= last; ++row) {
+        const PlanWaypoint& w = Plan()[row];
+        if (IsDiscontinuity(w)) continue;
+        if (from >= 0) {
+            const PlanWaypoint& start = Plan()[from];
+            double leg = RowDistance(from, row);
+            double to_start = 0, to_end = 0, bearing = 0;
+            GreatCircle(start.Latitude, start.Longitude, latitude, longitude, to_start, bearing);
+            GreatCircle(latitude, longitude, w.Latitude, w.Longitude, to_end, bearing);
+            double excess = to_start + to_end - leg;
+            if (excess < best_excess) {
+                best_excess = excess;
+                best_along = along + std::min(to_start, leg);
+            }
+            along += leg;
+        }
+        from = row;
+    }
+    return best_along;
+}
 }  // namespace
 
 void WriteVerticalProfileFile() {
@@ -508,17 +538,17 @@ void WriteVerticalProfileFile() {
     FILE* file = _fsopen(temp_path, "w", _SH_DENYNO);
     if (file == nullptr) return;
     const VnavState& v = g_vnav;
-    const PlanDistanceState& d = g_plan_distances;
     std::fprintf(file, "; orb1 vertical profile: the active plan as predicted at the last EXEC\n");
     std::fprintf(file, "; CRZ feet | TC/TD lat lon nm-from-origin | ROW index ident lat lon nm-from-origin altitude speed restricted\n");
     std::fprintf(file, "CRZ %d\n", g_plan.context.CruiseAltitude);
     if (v.TopOfClimbLatitude != 0 || v.TopOfClimbLongitude != 0)
         std::fprintf(file, "TC %.6f %.6f %.1f\n", v.TopOfClimbLatitude, v.TopOfClimbLongitude,
-                     static_cast<double>(d.TcDistFromOrigin));
+                     static_cast<double>(g_plan_distances.TcDistFromOrigin));
     else
         std::fprintf(file, "TC -999 -999 -999\n");
     if (v.TopOfDescentLatitude != 0 || v.TopOfDescentLongitude != 0)
-        std::fprintf(file, "TD %.6f %.6f %.1f\n", v.TopOfDescentLatitude, v.TopOfDescentLongitude, d.TdDistFromOrigin);
+        std::fprintf(file, "TD %.6f %.6f %.1f\n", v.TopOfDescentLatitude, v.TopOfDescentLongitude,
+                     AlongRouteOfPoint(v.TopOfDescentLatitude, v.TopOfDescentLongitude));
     else
         std::fprintf(file, "TD -999 -999 -999\n");
     double along = 0;
