@@ -272,6 +272,7 @@ ProfileFigures CompareProfile(const VerticalProfile& profile, const std::vector<
         check.index = row.index;
         check.ident = row.ident;
         check.has_altitude = HasAltitudeRestriction(row);
+        check.vnav_target = row.restricted == 1;
         check.altitude = row.altitude;
         bool has_speed = row.restricted != 0 && row.speed > 0;
         if (check.has_altitude) check.restriction = AltitudeText(row.altitude) + (row.altitude <= 18000 ? " ft" : "");
@@ -281,7 +282,10 @@ ProfileFigures CompareProfile(const VerticalProfile& profile, const std::vector<
         if (check.passed && check.has_altitude) {
             check.miss_ft = check.flown_ft - row.altitude;
             ++figures.passed;
-            figures.worst_miss = std::max(figures.worst_miss, std::fabs(check.miss_ft));
+            // VNAV aims only at kind 1; an approach's altitudes are the pilot's
+            // (or the approach mode's) to fly, so they are measured apart.
+            double& worst = check.vnav_target ? figures.worst_miss : figures.worst_approach_miss;
+            worst = std::max(worst, std::fabs(check.miss_ft));
         }
         figures.checks.push_back(check);
     }
@@ -296,8 +300,9 @@ std::string DescribeCheck(const RestrictionCheck& check) {
         std::snprintf(buf, sizeof buf, "%-8s %-18s flown %6.0f ft", check.ident.c_str(), check.restriction.c_str(),
                       check.flown_ft);
     } else {
-        std::snprintf(buf, sizeof buf, "%-8s %-18s flown %6.0f ft  %+6.0f ft", check.ident.c_str(),
-                      check.restriction.c_str(), check.flown_ft, check.miss_ft);
+        std::snprintf(buf, sizeof buf, "%-8s %-18s flown %6.0f ft  %+6.0f ft%s", check.ident.c_str(),
+                      check.restriction.c_str(), check.flown_ft, check.miss_ft,
+                      check.vnav_target ? "" : "  (approach, not a VNAV target)");
     }
     return buf;
 }
@@ -452,7 +457,9 @@ bool WriteProfilePlot(const std::string& path, const VerticalProfile& profile, c
     for (const ProfileRow& r : profile.rows) {
         if (!HasAltitudeRestriction(r)) continue;
         double x = to_x(r.along_nm), y = to_y(r.altitude);
-        cairo_set_source_rgb(cr, 1.0, 0.75, 0.2);
+        // VNAV's restrictions amber; the approach's published altitudes grey-blue.
+        if (r.restricted == 1) cairo_set_source_rgb(cr, 1.0, 0.75, 0.2);
+        else cairo_set_source_rgb(cr, 0.55, 0.65, 0.85);
         cairo_move_to(cr, x - 7, y - 5);
         cairo_line_to(cr, x + 7, y - 5);
         cairo_move_to(cr, x - 7, y + 5);
@@ -490,7 +497,12 @@ bool WriteProfilePlot(const std::string& path, const VerticalProfile& profile, c
     cairo_show_text(cr, "flown");
     cairo_set_source_rgb(cr, 1.0, 0.75, 0.2);
     cairo_move_to(cr, kLeft + 200, 54);
-    std::snprintf(label, sizeof label, "restrictions (worst miss %.0f ft)", figures.worst_miss);
+    std::snprintf(label, sizeof label, "VNAV restrictions (worst miss %.0f ft)", figures.worst_miss);
+    cairo_show_text(cr, label);
+    cairo_set_source_rgb(cr, 0.55, 0.65, 0.85);
+    cairo_move_to(cr, kLeft + 480, 54);
+    std::snprintf(label, sizeof label, "approach altitudes, not VNAV targets (worst miss %.0f ft)",
+                  figures.worst_approach_miss);
     cairo_show_text(cr, label);
 
     cairo_destroy(cr);

@@ -85,6 +85,7 @@ struct RestrictionCheck {
     std::string ident;                  // the row's name
     std::string restriction;            // "12000 ft", "250 kt", "FL240 / 280 kt"
     bool has_altitude = false;          // an altitude restriction (rows 1 and 3 with an altitude)
+    bool vnav_target = false;           // kind 1: VNAV must honour it; kind 3 is the approach's published altitude
     double altitude = 0;                // feet, the restriction
     bool passed = false;                // the flight got abeam the row
     double flown_ft = 0;                // feet, flown abeam the row
@@ -95,7 +96,8 @@ struct ProfileFigures {
     int rows = 0;                       // ROW lines of the file
     int restricted = 0;                 // rows with a restriction of any kind
     int passed = 0;                     // altitude restrictions the flight has passed
-    double worst_miss = 0;              // feet, largest |flown - restriction| over those passed
+    double worst_miss = 0;              // feet, largest |flown - restriction| over VNAV's restrictions passed
+    double worst_approach_miss = 0;     // feet, the same over the approach's published altitudes (kind 3)
     double max_altitude = 0;            // feet, the highest point flown
     std::vector<RestrictionCheck> checks;  // the restricted rows in plan order
 };

@@ -571,8 +571,9 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "restricted") return value = Number(f.restricted), true;
         if (p[1] == "passed") return value = Number(f.passed), true;
         if (p[1] == "worst_miss") return value = Number(f.worst_miss), true;
+        if (p[1] == "worst_approach_miss") return value = Number(f.worst_approach_miss), true;
         if (p[1] == "max_altitude") return value = Number(f.max_altitude), true;
-        return Fail(error, "profile has rows, restricted, passed, worst_miss and max_altitude");
+        return Fail(error, "profile has rows, restricted, passed, worst_miss, worst_approach_miss and max_altitude");
     }
     if (what == "slots.missing") return value = Number(static_cast<double>(host.missing_slot_calls)), true;
     if (what == "calculator.calls") return value = Number(static_cast<double>(host.calculator_calls)), true;
@@ -916,8 +917,11 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
             if (!MakeFolders(out_path.substr(0, out_path.rfind('/')), why)) return bad(why);
             std::string title = "vertical profile  (" + std::to_string(static_cast<int>(host.aircraft.sim_time)) + " s flown)";
             if (!WriteProfilePlot(out_path, profile, flown, along, figures, title, why)) return bad(why);
-            std::fprintf(run.out, "profile: %d rows, %d restricted, %d altitude restrictions passed, worst miss %.0f ft\n",
-                         figures.rows, figures.restricted, figures.passed, figures.worst_miss);
+            std::fprintf(run.out,
+                         "profile: %d rows, %d restricted, %d altitude restrictions passed, worst miss %.0f ft "
+                         "(VNAV's), %.0f ft (approach altitudes)\n",
+                         figures.rows, figures.restricted, figures.passed, figures.worst_miss,
+                         figures.worst_approach_miss);
             for (const RestrictionCheck& check : figures.checks) std::fprintf(run.out, "  %s\n", DescribeCheck(check).c_str());
             std::fflush(run.out);
             run.profile = std::move(figures);

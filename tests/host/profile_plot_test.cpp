@@ -160,12 +160,16 @@ TEST(ProfilePlot, RestrictedRowsAreMeasuredWhereTheFlightPassedThem) {
     EXPECT_NEAR(f.checks[1].miss_ft, -7000, 1e-6);
     EXPECT_FALSE(f.checks[2].passed);
     EXPECT_FALSE(f.checks[3].has_altitude);
-    EXPECT_DOUBLE_EQ(f.worst_miss, 7000);
+    EXPECT_TRUE(f.checks[0].vnav_target);
+    EXPECT_FALSE(f.checks[1].vnav_target);      // the approach's kind 3
+    EXPECT_DOUBLE_EQ(f.worst_miss, 4000);       // VNAV's own: AAA
+    EXPECT_DOUBLE_EQ(f.worst_approach_miss, 7000);
     EXPECT_DOUBLE_EQ(f.max_altitude, 13000);
     EXPECT_EQ(f.checks[0].restriction, "10000 ft / 250 kt");
     EXPECT_EQ(f.checks[1].restriction, "FL200 / 280 kt");
     EXPECT_EQ(f.checks[3].restriction, "180 kt");
-    EXPECT_NE(DescribeCheck(f.checks[1]).find("flown  13000 ft   -7000 ft"), std::string::npos) << DescribeCheck(f.checks[1]);
+    EXPECT_NE(DescribeCheck(f.checks[1]).find("flown  13000 ft   -7000 ft  (approach"), std::string::npos) << DescribeCheck(f.checks[1]);
+    EXPECT_EQ(DescribeCheck(f.checks[0]).find("approach"), std::string::npos);
     EXPECT_NE(DescribeCheck(f.checks[2]).find("not reached"), std::string::npos);
 
     // The picture is written and is a PNG.
@@ -212,7 +216,8 @@ TEST(ProfilePlot, TheScriptCommandReadsTheTrackAndSetsItsValues) {
     EXPECT_EQ(run_lines(run,
                         "track flight.csv\nrun 400\nprofile pics/p.png\nexpect profile.rows == 4\n"
                         "expect profile.restricted == 3\nexpect profile.passed == 2\n"
-                        "expect profile.worst_miss == 1000\nexpect profile.max_altitude == 8000\n",
+                        "expect profile.worst_miss == 1000\nexpect profile.worst_approach_miss == 500\n"
+                        "expect profile.max_altitude == 8000\n",
                         error),
               ExitCode::Ok)
         << error;
