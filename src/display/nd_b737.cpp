@@ -438,6 +438,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
         // 1, 2. ATC boundaries and the airport diagram come with the airport extras.
         // 3. The route.
         DrawRouteLayer(g, view);
+        // 4. The fixes of the FIX INFO page.
+        DrawFixCirclesLayer(g, view);
         // 6. Navaids, airports and intersections by their switches and range gates.
         RefreshProximitySubsets();
         ObjectLayerStyle style;
@@ -449,6 +451,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
         if (toggles.airports == 1 && view.range <= kB737AirportMaxRange) DrawAirportsLayer(g, view, style);
         if (toggles.intersections == 1 && view.range <= kB737FixMaxRange && surface.instance != 3)
             DrawIntersectionsLayer(g, view, style);
+        // 7. The hold figures, on the maps that turn with the aircraft.
+        if (below_plan) DrawHoldFigureLayer(g, view);
         // 8. The modification route.
         DrawModificationRouteLayer(g, view);
         // 9, 10. Trend vector and altitude range arc.

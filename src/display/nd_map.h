@@ -78,6 +78,11 @@ void DrawRouteLayer(gdi::Graphics& g, const MapView& view);
 // ModPlan while a modification is pending.
 void DrawModificationRouteLayer(gdi::Graphics& g, const MapView& view);
 void DrawTrendVector(gdi::Graphics& g, const MapView& view);
+// The circles and radials of the fixes entered on the FIX INFO page
+// (nd_fix_circles.cpp).
+void DrawFixCirclesLayer(gdi::Graphics& g, const MapView& view);
+// The racetrack sketch of each hold of the active plan (nd_hold_figure.cpp).
+void DrawHoldFigureLayer(gdi::Graphics& g, const MapView& view);
 void DrawAltitudeRangeArc(gdi::Graphics& g, const MapView& view);
 // T/C, T/D and altitude-target marks; style as the display's table.
 void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style);
