@@ -45,7 +45,7 @@ constexpr int kStageTimeTextSize = 8;       // "%02.0f:%02.0f" and its terminato
 
 // [SECTION] State
 struct FlightLogState {
-    int flight_stage = kFlightStageNone;
+    int flight_stage = kFlightStageNone;  // 999 no flight, -1 starting, 0..11 the stages above
     int first_pass_done = 0;            // 1: weights read for this flight
     double zero_fuel_weight = 0;        // pounds, from the initial load
     double payload = 0;                 // pounds, sum of the load stations
@@ -74,9 +74,9 @@ constexpr int kFlightLogTick = 0;           // the tick, plan load and activatio
 constexpr int kFlightLogWaypoint = 1;       // a waypoint passage: a line in any case
 constexpr int kFlightLogStartup = 3;        // start-up: first pass only
 
-// The first pass: weights read through FSUIPC. Mode 3 sets the module's
-// initial-load flag and leaves the marker clear, so the first step of a
-// flight reads them again.
+// The first pass: weights read through FSUIPC (and, in a flight, the fuel
+// accessors refreshed). Mode 3 sets the module's initial-load flag and
+// leaves the marker clear, so the first step of a flight reads them again.
 void FlightLogFirstPass(int mode);
 // Mode 3: first pass only. Modes 0 and 1: first pass if due, then the
 // chained stage step and the line if one is due (always with mode 1).
