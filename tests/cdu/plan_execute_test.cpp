@@ -138,7 +138,7 @@ TEST(PlanExecute, PlanStateStepsAndTheExecLamp) {
     state = 0;
     g_sim.ground_speed = 4;
     PlanStateStep();
-    EXPECT_EQ(g_flight_log.flight_stage, kFlightStageStarting);
+    EXPECT_EQ(g_flight_log.flight_stage, kFlightStagePushBack);  // the flight's first step ran at once
     EXPECT_EQ(g_tick.flight_seconds, 0);
 }
 
@@ -169,7 +169,7 @@ TEST(PlanExecute, ARouteBegunOnTheGroundStartsTheFlightClockAndTakesTheRampFuel)
     cdu.Type("KSEAKGEG");
     cdu.PressAndFrame("LSK2L");
     ASSERT_EQ(g_plan.context.PlanState, 1);
-    EXPECT_EQ(g_flight_log.flight_stage, kFlightStageStarting);
+    EXPECT_EQ(g_flight_log.flight_stage, kFlightStageInitLoad);  // the flight's first step ran at once
     EXPECT_EQ(g_tick.flight_seconds, 0);
     EXPECT_DOUBLE_EQ(FuelOnBoardKept(), 20100);
     seconds(2);

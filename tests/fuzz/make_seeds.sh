@@ -71,6 +71,7 @@ small_bitmaps=$(find "$top/src/resources/bitmaps" -name '*.bmp' -size -8k 2>/dev
 # The lists are file names without blanks, split on purpose.
 pieces fuzz_config_reader "$sim/orb/orb.cfg" "$sim"/orb/Aircraft/*.cfg
 whole fuzz_performance_file "$sim"/orb/Aircraft/*_perf.txt
+pieces fuzz_flight_summary "$top/tests/flightlog/sample_fpl.log"
 pieces fuzz_nav_bulk_lines "$navdata/apts.txt" "$navdata/navs.txt" "$navdata/ints.txt"
 pieces fuzz_nav_files "$navdata"/*.txt
 whole fuzz_nav_files $routes
