@@ -34,9 +34,13 @@ constexpr float kActiveColumnX = 130;          // IDENT's "A C T I V E" column
 constexpr float kCountY = 5;                   // POS and NAV STATUS draw their count lower than the title row
 constexpr char kOpProgram[] = "296485 - 04 - 19      (V01.8.9.1)";
 constexpr int kDaysInMonth[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+constexpr int kDaysInLeapYear = 366;
+constexpr int kLatestYear = 9999;             // a year token above this is not a date
 
 // One position part: hemisphere, whole degrees, minutes with the tenth.
 void FormatPart(double value, char positive, char negative, int degree_digits, char* out, size_t size) {
+    // A position the simulator can't give reads as 0 rather than overflow a conversion.
+    if (!std::isfinite(value) || std::fabs(value) > 360) value = 0;
     char hemisphere = value < 0 ? negative : positive;
     double magnitude = std::fabs(value);
     int degrees = static_cast<int>(magnitude);
@@ -47,6 +51,13 @@ void FormatPart(double value, char positive, char negative, int degree_digits, c
         ++degrees;
     }
     std::snprintf(out, size, "%c%0*d%02ld.%ld", hemisphere, degree_digits, degrees, tenths / 10, tenths % 10);
+}
+
+// A token that counts something, as a whole number within 0..highest.
+int TokenInteger(int token, int highest) {
+    double value = ReadToken(token);
+    if (!std::isfinite(value) || value < 0) return 0;
+    return value > highest ? highest : static_cast<int>(value);
 }
 
 // Month and day of the Zulu date from the day of the year.
@@ -246,9 +257,10 @@ void PosPage(CduScreen& screen) {
         screen.Label("S E T   I R S    P O S", kCduRightLabelEdge, CduLabelY(4), gdi::TextAlign::Right);
         screen.Label("G M T  -  M O N / D V", kCduLeftLabelX, CduLabelY(5));
         int month = 1, day = 1;
-        MonthAndDay(static_cast<int>(ReadToken(Token::ZULU_DAY)), static_cast<int>(ReadToken(Token::ZULU_YEAR)),
+        MonthAndDay(TokenInteger(Token::ZULU_DAY, kDaysInLeapYear), TokenInteger(Token::ZULU_YEAR, kLatestYear),
                     month, day);
-        int tenth = static_cast<int>(g_sim.clock_second / 6) % 10;
+        int tenth = std::isfinite(g_sim.clock_second) ? static_cast<int>(std::fmod(std::fabs(g_sim.clock_second), 60) / 6)
+                                                      : 0;
         std::snprintf(value, sizeof value, "%02.0f%02.0f.%d z  %02d/%02d", g_sim.zulu_hour, g_sim.zulu_minute, tenth,
                       month, day);
         screen.Value(value, 0, CduValueY(5));

@@ -78,13 +78,9 @@ bool FixRowEtaAndDistance(const FixInfoRecord& record, const FixInfoRow& row, do
     double minutes_ahead = distance_to_go / ground_speed * 60;
     double hours = std::floor(minutes_ahead / 60);
     double minutes = std::floor(zulu_minute + (minutes_ahead - hours * 60));
-    hours += zulu_hour;
-    while (minutes >= 60) {
-        minutes -= 60;
-        hours += 1;
-    }
-    while (hours >= 24) hours -= 24;
-    eta_hour = hours;
-    eta_minute = minutes;
+    if (!std::isfinite(minutes) || !std::isfinite(hours + zulu_hour)) return false;
+    hours += zulu_hour + std::floor(minutes / 60);
+    eta_minute = ModuloPositive(minutes, 60);
+    eta_hour = ModuloPositive(hours, 24);
     return true;
 }
