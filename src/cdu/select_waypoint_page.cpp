@@ -8,7 +8,6 @@
 #include "cdu/route_pages.h"
 
 #include "cdu/nav_ref_pages.h"
-
 #include "frame/data_text.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_edit.h"
