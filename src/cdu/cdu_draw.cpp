@@ -9,6 +9,7 @@
 
 #include "cdu/cdu_screen.h"
 #include "cdu/keypad.h"
+#include "cdu/nav_ref_pages.h"
 #include "cdu/perf_pages.h"
 #include "cdu/route_pages.h"
 #include "display/display_state.h"
@@ -30,7 +31,7 @@ void TitleOnly(CduScreen& screen) { screen.Title(SmithsPageTitle(g_smiths.CduPag
 
 constexpr std::array<PageEntry, cdu_page::kHighest + 1> MakePageTable() {
     std::array<PageEntry, cdu_page::kHighest + 1> t{};
-    t[cdu_page::kStoredFlightPlans] = {nullptr, "STORED FLIGHT PLANS"};
+    t[cdu_page::kStoredFlightPlans] = {&StoredFlightPlansPage, "STORED FLIGHT PLANS"};
     t[cdu_page::kPerfInit] = {&PerfInitPage, "PERF  INIT"};
     t[cdu_page::kRteLegs] = {&RteLegsPage, "RTE    LEGS"};
     t[cdu_page::kSelectWaypoint] = {&SelectWaypointPage, "SELECT WAYPOINT"};
@@ -38,19 +39,19 @@ constexpr std::array<PageEntry, cdu_page::kHighest + 1> MakePageTable() {
     t[cdu_page::kArrivals] = {&ArrivalsPage, "ARRIVALS"};
     t[cdu_page::kApproachRef] = {&ApproachRefPage, "APPROACH REF"};
     t[cdu_page::kRte] = {&RtePage, "RTE"};
-    t[cdu_page::kInitRefIndex] = {nullptr, "INIT/REF INDEX"};
+    t[cdu_page::kInitRefIndex] = {&InitRefIndexPage, "INIT/REF INDEX"};
     t[cdu_page::kDepArrIndex] = {&DepArrIndexPage, "DEP/ARR INDEX"};
-    t[cdu_page::kIdent] = {nullptr, "IDENT"};
-    t[cdu_page::kPos] = {nullptr, "POS"};
+    t[cdu_page::kIdent] = {&IdentPage, "IDENT"};
+    t[cdu_page::kPos] = {&PosPage, "POS"};
     t[cdu_page::kTakeoffRef] = {&TakeoffRefPage, "TAKEOFF  REF"};
-    t[cdu_page::kRefNavData] = {nullptr, "REF NAV DATA"};
-    t[cdu_page::kTempNavSummary] = {nullptr, "TEMP NAV SUMMARY"};
-    t[cdu_page::kNavStatus] = {nullptr, "NAV STATUS"};
+    t[cdu_page::kRefNavData] = {&RefNavDataPage, "REF NAV DATA"};
+    t[cdu_page::kTempNavSummary] = {&TempNavSummaryPage, "TEMP NAV SUMMARY"};
+    t[cdu_page::kNavStatus] = {&NavStatusPage, "NAV STATUS"};
     t[cdu_page::kProgress] = {&ProgressPage, "PROGRESS"};
     t[cdu_page::kEconClb] = {&EconClbPage, "ECON  CLB"};
     t[cdu_page::kEconCrz] = {&EconCrzPage, "ECON  CRZ"};
     t[cdu_page::kEconPathDes] = {&EconPathDesPage, "ECON  PATH  DES"};
-    t[cdu_page::kFixInfo] = {nullptr, "FIX INFO"};
+    t[cdu_page::kFixInfo] = {&FixInfoPage, "FIX INFO"};
     t[cdu_page::kDesForecasts] = {&DesForecastsPage, "DES  FORECASTS"};
     t[cdu_page::kRteHold] = {&RteHoldPage, "RTE        HOLD"};
     return t;

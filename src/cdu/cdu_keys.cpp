@@ -177,6 +177,7 @@ void PressCduKey(const CduKeyBox& key) {
     case A::InitRef:
         s.CduPage = g_plan.context.ActiveLeg == kNoActiveLeg ? cdu_page::kPos : cdu_page::kPerfInit;
         s.perf.page = 1;
+        s.pos.page = 1;  // the key opens the POS family at its first page
         return;
     case A::Rte:
         s.CduPage = cdu_page::kRte;

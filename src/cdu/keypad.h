@@ -107,6 +107,9 @@ struct SmithsCduState {
     PageCounter select;
     PageCounter departures;
     PageCounter arrivals;
+    PageCounter pos;                          // POS INIT, POS REF, POS SHIFT
+    PageCounter nav_status;                   // NAV STATUS, NAV OPTIONS
+    PageCounter stored_plans;                 // STORED FLIGHT PLANS, six a page
     int ReturnPage = 0;                       // where SELECT WAYPOINT goes back to
     int SelectTargetLine = 0;                 // plan index the chosen waypoint goes to
     // Route pages
@@ -132,6 +135,11 @@ struct SmithsCduState {
     int ApproachTransitionIndex = 0;
     int SavedApproachIndex = 0;               // the two as EXEC matched them; ERASE puts them back
     int SavedApproachTransitionIndex = 0;
+    // REF NAV DATA
+    int RefNavMode = 1;                       // 1 the index, 2 a waypoint, 3 a navaid, 4 an airport
+    NavRecord RefNavFix;                      // the looked-up fix of modes 2 to 4
+    std::array<char, 8> RefNavRunway{};       // runway entered in mode 4; empty none
+    int RefNavRunwayFt = 0;                   // its length, feet, as the airport's data had it
 };
 
 extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR

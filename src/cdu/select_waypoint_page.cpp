@@ -7,6 +7,7 @@
 //   [SECTION] SELECT WAYPOINT page
 #include "cdu/route_pages.h"
 
+#include "cdu/nav_ref_pages.h"
 #include "frame/data_text.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_edit.h"
@@ -55,8 +56,10 @@ void UsePick(int candidate) {
         BuildRouteRows();
         StepAfterPlanChange();
         ClearScratchpad();
+    } else if (s.ReturnPage == cdu_page::kRefNavData) {
+        TakeRefNavPick(g_candidates.rows[1]);
+        ClearScratchpad();
     }
-    // REF NAV DATA reads the one candidate left in the list.
     s.SelectPurpose = kSelectForInsert;
     s.CduPage = s.ReturnPage;
 }

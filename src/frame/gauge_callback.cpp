@@ -113,6 +113,7 @@ void StartupOnce(GaugeId id, const char* parameters) {
     // 3. The navigation database.
     if (!skip_database && g_navdb.AirportTable.count == 0) {
         LoadNavDatabase();
+        ReadDatabaseCycle();  // the IDENT page's cycle and validity
         if (Is(id, {G::SMITHS_FMS, G::SMITHS_FMS_BR})) FlightLogFirstPass(3);
     }
     // 4. The aircraft profile, named by the first gauge whose parameter is a name.

@@ -11,6 +11,7 @@
 #include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
+#include "guidance/fix_info.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
 #include "guidance/performance.h"
@@ -43,6 +44,7 @@ std::string ResetModuleState() {
     g_lnav = {};
     g_vnav = {};
     g_holds = {};
+    g_fix_info = {};
     g_navdb = {};
     g_stored_plans = {};
     g_route_rows = {};
