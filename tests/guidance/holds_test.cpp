@@ -2,7 +2,8 @@
 // 150 kt floor, the four corners and their mirror, entry, the corners in
 // turn with the heading bug, the ways out ("AUTO" at corner 1, leaving at any
 // corner, LNAV off, passed behind), the GNS toggle, and whole holds flown by
-// the heading-hold aircraft inside their protected area.
+// the heading-hold aircraft, and by orbsim's aircraft from the CDU, inside
+// their protected area.
 //
 // Expected corners are worked out here on a flat earth around the fix (good
 // to well under 0.01 nm over a few miles), not with the module's own
@@ -17,11 +18,17 @@
 #include "guidance/heading_hold_aircraft.h"
 #include "support/fake_panels.h"
 #include "support/module_reset.h"
+#include "support/run_command.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -435,4 +442,85 @@ TEST_F(HoldFlight, FlownInsideItsAreaBothWaysAndLeftByAutoAtTheFix) {
         ac.Fly(120);
         EXPECT_NEAR(DirectionDifference(ac.heading, 270), 0, 10) << "on the way west";
     }
+}
+
+// [SECTION] The hold of the end-to-end script, checked from its track
+namespace {
+struct TrackRow {
+    double time = 0, lat = 0, lon = 0, gs = 0;
+};
+
+// orbsim's track file: time,lat,lon,altitude,heading,ias,gs,vs.
+std::vector<TrackRow> ReadTrack(const std::filesystem::path& path) {
+    std::vector<TrackRow> rows;
+    std::ifstream in(path);
+    std::string line;
+    std::getline(in, line);  // the header
+    while (std::getline(in, line)) {
+        std::vector<double> v;
+        std::stringstream cells(line);
+        std::string cell;
+        while (std::getline(cells, cell, ',')) v.push_back(std::atof(cell.c_str()));
+        if (v.size() >= 8) rows.push_back({v[0], v[1], v[2], v[6]});
+    }
+    return rows;
+}
+}  // namespace
+
+TEST(HoldEndToEnd, FlownFromTheCduInsideItsProtectedArea) {
+    namespace fs = std::filesystem;
+    fs::path root = fs::path(ORB_BINARY_DIR) / "test-sim" / "HoldEndToEnd";
+    fs::remove_all(root);
+    fs::create_directories(root);
+    fs::copy(fs::path(ORB_SOURCE_DIR) / "data" / "sim", root / "sim", fs::copy_options::recursive);
+    fs::copy_file(ORB_MODULE_PATH, root / "sim" / "GAUGES" / "orb1.gau", fs::copy_options::overwrite_existing);
+    std::string command = "timeout 300 " + std::string(ORB_BINARY_DIR) + "/orbsim --sim '" + (root / "sim").string() +
+                          "' --out '" + (root / "out").string() + "' '" + ORB_SOURCE_DIR +
+                          "/tests/e2e/hold_flown_at_fix_ahead.orbsim' 2>&1";
+    CommandRun run = RunCommand(command);
+    ASSERT_EQ(run.code, 0) << run.output;
+    std::vector<TrackRow> track = ReadTrack(root / "out" / "hold_track.csv");
+    ASSERT_GT(track.size(), 600u);
+
+    // NORMY, and the leg into it from SEA (the data's positions): inbound 091.
+    const double fix_lat = 47.429553, fix_lon = -121.721225, sea_lat = 47.435361, sea_lon = -122.309611;
+    const double coslat = std::cos(fix_lat * kPiHere / 180.0);
+    const double course = std::atan2((fix_lon - sea_lon) * coslat, fix_lat - sea_lat);
+    auto local = [&](const TrackRow& r, double& along, double& right) {
+        double north = (r.lat - fix_lat) * 60.0, east = (r.lon - fix_lon) * 60.0 * coslat;
+        along = north * std::cos(course) + east * std::sin(course);
+        right = -north * std::sin(course) + east * std::cos(course);
+    };
+    // From the entry, 3 nm before the fix (the sequencing distance), to the
+    // end of the track, which stops before the hold is left.
+    size_t entry = 0;
+    while (entry < track.size()) {
+        double along = 0, right = 0;
+        local(track[entry], along, right);
+        if (std::hypot(along, right) <= 3.0) break;
+        ++entry;
+    }
+    ASSERT_LT(entry + 300, track.size()) << "five minutes in the hold at least";
+    // The leg by the rule: one minute at the ground speed (150 kt at least),
+    // L one and a half legs; room for a turn of 3 degrees a second.
+    double gs = 0;
+    for (size_t i = entry; i < track.size(); ++i) gs = std::max(gs, track[i].gs);
+    const double leg = std::max(gs, 150.0) / 60.0, pattern = 1.5 * leg;
+    const double radius = gs / 3600.0 / (3.0 * kPiHere / 180.0);
+    const double margin = radius + 0.5;
+    double deepest = 0, widest = 0;
+    for (size_t i = entry; i < track.size(); ++i) {
+        double along = 0, right = 0;
+        local(track[i], along, right);
+        ASSERT_LT(along, 0.2 * pattern + margin) << "t " << track[i].time;
+        ASSERT_GT(along, -0.55 * pattern - margin) << "t " << track[i].time;
+        ASSERT_LT(right, 0.5 * pattern + margin) << "t " << track[i].time;
+        ASSERT_GT(right, -margin) << "t " << track[i].time << ": the turns go right";
+        deepest = std::min(deepest, along);
+        widest = std::max(widest, right);
+    }
+    // The corners are really reached: the far corners within a quarter of L.
+    EXPECT_LT(deepest, -0.55 * pattern + 0.25 * pattern);
+    EXPECT_GT(widest, 0.5 * pattern - 0.25 * pattern);
+    fs::remove_all(root);
 }
