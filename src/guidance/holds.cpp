@@ -24,7 +24,7 @@
 #include "frame/sim_state.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
-#include "guidance/lnav.h"
+#include "guidance/lnav_state.h"
 #include "plan/plan_tables.h"
 
 #include <algorithm>
