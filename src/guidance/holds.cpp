@@ -233,6 +233,10 @@ void HoldStep() {
     const PlanContext& pc = g_plan.context;
     if (h.HoldCount < 1 || h.HoldTable[1].ActiveRow <= 0) return;
     HoldRecord& r = h.HoldTable[1];
+    // A hold that only a modification awaiting EXEC carries isn't flown yet.
+    if (r.ActiveRow > pc.ActiveLastRow || r.ActiveRow >= kPlanRows ||
+        g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)].HoldIndex != 1)
+        return;
     // A row out of step with its record is left alone rather than read.
     if (h.HoldCorner < 0 || h.HoldCorner > kHoldCorners) h.HoldCorner = 0;
 
@@ -244,11 +248,8 @@ void HoldStep() {
     double pattern = kHoldPatternLegs * r.LegDistance;
     if (!(pattern > 0) || !std::isfinite(pattern) || !std::isfinite(course)) return;
     // 4. The corners around the fix; the fix is the plan's row.
-    double fix_lat = r.Corners[0].Latitude, fix_lon = r.Corners[0].Longitude;
-    if (r.ActiveRow <= pc.ActiveLastRow && r.ActiveRow < kPlanRows) {
-        fix_lat = g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)].Latitude;
-        fix_lon = g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)].Longitude;
-    }
+    const PlanWaypoint& fix = g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)];
+    double fix_lat = fix.Latitude, fix_lon = fix.Longitude;
     std::array<HoldCornerPoint, 5> corners{};
     BuildHoldCorners(fix_lat, fix_lon, course, r.TurnRight, r.LegDistance, corners);
     // 5. The rest only with LNAV on: nothing stored, nothing flown.

@@ -150,8 +150,14 @@ TEST_F(HoldStepTest, RowZeroAndLnavOffFlyNothing) {
     EXPECT_EQ(g_holds.HoldCorner, 0);
     EXPECT_DOUBLE_EQ(Hold().Corners[1].Latitude, 0) << "corners not stored";
     EXPECT_TRUE(BugEvents().empty());
-    // LNAV on: the same position enters.
+    // A hold that only a modification carries (no EXEC yet) isn't flown.
     g_lnav.LnavOn = 1;
+    g_plan.ActivePlan[1].HoldIndex = 0;
+    HoldStep();
+    EXPECT_EQ(g_holds.HoldCorner, 0);
+    EXPECT_TRUE(BugEvents().empty());
+    // Executed, with LNAV on: the same position enters.
+    g_plan.ActivePlan[1].HoldIndex = 1;
     HoldStep();
     EXPECT_EQ(g_holds.HoldCorner, 1);
     EXPECT_NE(Hold().Corners[1].Latitude, 0);
