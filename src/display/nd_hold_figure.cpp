@@ -20,6 +20,7 @@ constexpr int kArcSegments = 12;                     // straight pieces of each 
 constexpr int kFigurePoints = 4 + 2 * (kArcSegments + 1);
 constexpr float kHoldPenWidth = 1.5f;
 constexpr double kHoldCullLegs = 2;                  // a figure reaches at most this many legs from its fix
+constexpr double kMaxFigurePx = 20000;               // a leg longer on the map than this is not drawn at all
 
 struct FigurePoint {
     double x = 0;                       // design pixels, right of the fix before turning
@@ -42,7 +43,7 @@ void DrawHoldFigureLayer(gdi::Graphics& g, const MapView& view) {
         // 2. Size: one leg, D pixels; nothing for a figure off the map.
         double leg_nm = HoldLegDistanceNow(r);
         double d = leg_nm * view.PixelsPerNm;
-        if (!(d > 0) || !std::isfinite(d)) continue;
+        if (!(d > 0) || !(d < kMaxFigurePx)) continue;
         double fx = 0, fy = 0;
         double distance = ProjectToMap(view, fix.Latitude, fix.Longitude, fx, fy);
         if (distance > 2 * view.range + kHoldCullLegs * leg_nm) continue;

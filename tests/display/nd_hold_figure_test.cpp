@@ -9,6 +9,7 @@
 #include "guidance/holds.h"
 
 #include <algorithm>
+#include <cmath>
 
 using namespace nd_test;
 
@@ -100,4 +101,14 @@ TEST(NdHoldFigure, OnlyHoldsOfTheActivePlanAndByTheirLegDistance) {
     const double d = 2.0 * 215 / 40;
     EXPECT_GT(MagentaIn(small, fix_x + 0.5 * d - 1.5, fix_y, fix_x + 0.5 * d + 1.5, fix_y + 0.7 * d), 3);
     EXPECT_EQ(MagentaIn(small, fix_x - 30, fix_y + 1.2 * d, fix_x + 30, fix_y + 40), 0) << "nothing a 5 nm leg would reach";
+
+    // Legs no map can hold: nothing drawn, and the frame still comes.
+    for (double bad : {1e12, -3.0, std::nan("")}) {
+        HoldTenMilesEast(1);
+        g_holds.HoldTable[1].LegMode = 2;
+        g_holds.HoldTable[1].LegDistance = bad;
+        Frame f = DrawNd();
+        EXPECT_TRUE(f.Has("HDG")) << bad;
+        EXPECT_EQ(MagentaIn(f, fix_x - 30, fix_y - 30, fix_x + 30, fix_y + 40), 0) << bad;
+    }
 }

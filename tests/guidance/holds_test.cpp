@@ -354,6 +354,27 @@ TEST_F(HoldStepTest, ToggleHoldsAtTheActiveWaypointAndLeavesAtTheNextCorner) {
     EXPECT_EQ(g_holds.HoldCorner, 0);
 }
 
+TEST_F(HoldStepTest, HostileFiguresNeitherSteerNorStall) {
+    // Legs of no length or of no number; then a position of no number.
+    AircraftAt(0, 0);
+    Hold().LegMode = 2;
+    for (double leg : {0.0, -2.0, std::nan("")}) {
+        Hold().LegDistance = leg;
+        HoldStep();
+        EXPECT_EQ(g_holds.HoldCorner, 0) << leg;
+    }
+    Hold().LegMode = 1;
+    Hold().LegMinutes = 1;
+    g_sim.ground_speed = std::nan("");
+    HoldStep();
+    EXPECT_DOUBLE_EQ(Hold().LegDistance, 2.5) << "an unknown speed counts as the floor";
+    ASSERT_EQ(g_holds.HoldCorner, 1);
+    size_t events = BugEvents().size();
+    g_sim.latitude = std::nan("");
+    for (int i = 0; i < 50; ++i) HoldStep();
+    EXPECT_EQ(BugEvents().size(), events) << "no heading out of a position that isn't one";
+}
+
 // [SECTION] Whole holds flown by the heading-hold aircraft
 namespace {
 class HoldFlight : public ::testing::Test {
