@@ -1,23 +1,34 @@
 // holds.cpp: the hold table's records: adding a hold at a plan row, removing
-// it, and keeping each record on its row while the plans' rows move. The
-// flying of the pattern (HoldStep) and its passing (DeleteHoldsBehind) come
-// with the hold pages.
+// it, keeping each record on its row while the plans' rows move, and flying
+// the first record's pattern.
+//
+// There are no entry types: the aircraft flies to the fix, whatever its way
+// in, and from there around a four-corner box built on one and a half legs,
+// steering the heading bug at the corner ahead. A corner counts as reached
+// within a quarter of that length, or when it lies behind or far away, so
+// that the pattern never traps an aircraft that the wind has blown out of it.
 //
 // Index:
 //   [SECTION] Helpers
 //   [SECTION] AddHold and DeleteHold
 //   [SECTION] Whole-table operations
 //   [SECTION] Row keeping
-//   [SECTION] Flight seams
+//   [SECTION] Pattern geometry
+//   [SECTION] HoldStep
+//   [SECTION] Leaving holds: passed, given up, toggled
 #include "guidance/holds.h"
 
 #include "cdu/keypad.h"
 #include "frame/aircraft_profile.h"
 #include "frame/data_text.h"
 #include "frame/sim_state.h"
+#include "frame/sim_access.h"
 #include "guidance/geodesy.h"
+#include "guidance/lnav_state.h"
 #include "plan/plan_tables.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 HoldState g_holds;
@@ -169,13 +180,165 @@ void CommitHoldRows() {
     for (int k = 1; k <= g_holds.HoldCount; ++k) g_holds.HoldTable[k].ActiveRow = g_holds.HoldTable[k].ModRow;
 }
 
-// [SECTION] Flight seams
-void HoldStep() {}
-void DeleteHoldsBehind(int) {}
+// [SECTION] Pattern geometry
+double HoldLegDistanceNow(const HoldRecord& hold) {
+    if (hold.LegMode != 1) return hold.LegDistance;
+    // The floor is part of the rule: a slow aircraft still gets a 150 kt leg.
+    double speed = std::isfinite(g_sim.ground_speed) ? std::max(g_sim.ground_speed, kHoldMinLegSpeed) : kHoldMinLegSpeed;
+    return speed / 60.0 * hold.LegMinutes;
+}
+
+void BuildHoldCorners(double fix_lat, double fix_lon, double inbound_true, int turn_right, double leg_nm,
+                      std::array<HoldCornerPoint, 5>& corners) {
+    double pattern = kHoldPatternLegs * leg_nm;
+    double turn = turn_right == 1 ? 90.0 : -90.0;
+    // The fix, then past it along the inbound course to the first turn.
+    corners[0].Latitude = fix_lat;
+    corners[0].Longitude = fix_lon;
+    ProjectPoint(fix_lat, fix_lon, inbound_true, 0.2 * pattern, corners[1].Latitude, corners[1].Longitude);
+    // Across, back along the outbound side, and across again to the inbound line.
+    double b = ModuloPositive(inbound_true + turn, 360.0);
+    ProjectPoint(corners[1].Latitude, corners[1].Longitude, b, 0.5 * pattern, corners[2].Latitude,
+                 corners[2].Longitude);
+    b = ModuloPositive(b + turn, 360.0);
+    ProjectPoint(corners[2].Latitude, corners[2].Longitude, b, 0.75 * pattern, corners[3].Latitude,
+                 corners[3].Longitude);
+    b = ModuloPositive(b + turn, 360.0);
+    ProjectPoint(corners[3].Latitude, corners[3].Longitude, b, 0.5 * pattern, corners[4].Latitude,
+                 corners[4].Longitude);
+    for (int c = 0; c <= kHoldCorners; ++c) SetText(corners[c].Name, kCornerNames[c]);
+}
+
+namespace {
+// Distance and bearing to the corner steered at, and the corner-to-corner
+// leg that leads to it. Returns the distance that decides whether the corner
+// is reached: 0 when the aircraft is out of the pattern or past the corner.
+double MeasureCorner(HoldState& h, const HoldRecord& r) {
+    const HoldCornerPoint& corner = r.Corners[static_cast<size_t>(h.HoldCorner)];
+    GreatCircle(g_sim.latitude, g_sim.longitude, corner.Latitude, corner.Longitude, h.DistToCorner, h.BearingToCorner);
+    double d = h.DistToCorner;
+    if (h.HoldCorner < 1) return d;
+    const HoldCornerPoint& previous = r.Corners[static_cast<size_t>(h.HoldPrevCorner)];
+    GreatCircle(previous.Latitude, previous.Longitude, corner.Latitude, corner.Longitude, h.CornerLeg, h.CornerCourse);
+    if (d > kHoldOutOfPatternLegs * h.CornerLeg) return 0;  // blown out of the pattern
+    if (AngleBetween(h.BearingToCorner, h.CornerCourse) > 90) return 0;  // the corner lies behind
+    return d;
+}
+}  // namespace
+
+// [SECTION] HoldStep
+void HoldStep() {
+    HoldState& h = g_holds;
+    const SimState& s = g_sim;
+    const PlanContext& pc = g_plan.context;
+    if (h.HoldCount < 1 || h.HoldTable[1].ActiveRow <= 0) return;
+    HoldRecord& r = h.HoldTable[1];
+    // A hold that only a modification awaiting EXEC carries isn't flown yet.
+    if (r.ActiveRow > pc.ActiveLastRow || r.ActiveRow >= kPlanRows ||
+        g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)].HoldIndex != 1)
+        return;
+    // A row out of step with its record is left alone rather than read.
+    if (h.HoldCorner < 0 || h.HoldCorner > kHoldCorners) h.HoldCorner = 0;
+
+    // 1. The inbound course, true.
+    double course = ModuloPositive(r.InboundCourse + s.magnetic_variation, 360.0);
+    // 2. A timed leg follows the ground speed.
+    if (r.LegMode == 1) r.LegDistance = HoldLegDistanceNow(r);
+    // 3. The pattern is built on one and a half legs.
+    double pattern = kHoldPatternLegs * r.LegDistance;
+    if (!(pattern > 0) || !std::isfinite(pattern) || !std::isfinite(course)) return;
+    // 4. The corners around the fix; the fix is the plan's row.
+    const PlanWaypoint& fix = g_plan.ActivePlan[static_cast<size_t>(r.ActiveRow)];
+    double fix_lat = fix.Latitude, fix_lon = fix.Longitude;
+    std::array<HoldCornerPoint, 5> corners{};
+    BuildHoldCorners(fix_lat, fix_lon, course, r.TurnRight, r.LegDistance, corners);
+    // 5. The rest only with LNAV on: nothing stored, nothing flown.
+    if (g_lnav.LnavOn != 1) return;
+    // 6., 7. The corners kept; where the corner steered at lies.
+    r.Corners = corners;
+    if (h.HoldCorner > 0 && (h.HoldPrevCorner < 1 || h.HoldPrevCorner > kHoldCorners))
+        h.HoldPrevCorner = h.HoldCorner == 1 ? kHoldCorners : h.HoldCorner - 1;
+    double d = MeasureCorner(h, r);
+    // 8., 9. A corner reached, or the fix within the sequencing distance.
+    bool reached = d <= kHoldReachFraction * pattern;
+    bool near_fix = h.HoldCorner == 0 && h.DistToCorner <= g_lnav.ChangeDistance;
+    if (reached || near_fix) {
+        // "AUTO" leaves at corner 1, once past the fix; leaving (3) at any corner.
+        if (h.HoldExitState == 2 && h.HoldCorner == 1) h.HoldExitState = 3;
+        if (h.HoldExitState == 3) {
+            h.HoldFlying = 0;
+            DeleteHold(r.ActiveRow, 0);
+            // No advance: a hold behind this one starts at its own fix, as a
+            // new hold does ("MANUAL" until its entry).
+            h.HoldCorner = 0;
+            h.HoldExitState = 1;
+            return;
+        }
+        // 10. Entry: the pattern is flown from here on.
+        if (h.HoldCorner == 0) {
+            h.HoldFlying = 1;
+            h.HoldExitState = 0;
+            h.LastHoldHeading = kHoldNothingSent;
+        }
+        // 11. On to the next corner, 4 back to 1.
+        h.HoldCorner = h.HoldCorner % kHoldCorners + 1;
+        h.HoldPrevCorner = h.HoldCorner == 1 ? kHoldCorners : h.HoldCorner - 1;
+        MeasureCorner(h, r);
+    }
+    // 12. The magnetic heading to the corner.
+    h.HoldHeading = h.BearingToCorner - s.magnetic_variation;
+    if (h.HoldHeading < 0.5) h.HoldHeading += 360.0;
+    // 13. The bug moves only when the whole degree changes.
+    if (h.HoldFlying != 1 || h.HoldCorner < 1 || !std::isfinite(h.HoldHeading)) return;
+    int whole = static_cast<int>(h.HoldHeading);
+    if (whole != static_cast<int>(h.LastHoldHeading)) {
+        TriggerKeyEvent(0x101FA, static_cast<UINT32>(whole));
+        h.LastHoldHeading = h.HoldHeading;
+    }
+}
+
+// [SECTION] Leaving holds: passed, given up, toggled
+void DeleteHoldsBehind(int active_leg) {
+    if (active_leg == kNoActiveLeg) return;
+    // Each deletion moves the later records down: look again from the first.
+    int k = 1;
+    while (k <= g_holds.HoldCount) {
+        int row = g_holds.HoldTable[static_cast<size_t>(k)].ActiveRow;
+        if (row < active_leg) {
+            DeleteHold(row, 0);
+            k = 1;
+        } else {
+            ++k;
+        }
+    }
+}
+
 bool IsFirstHoldFix(int row) { return g_holds.HoldCount > 0 && g_holds.HoldTable[1].ActiveRow == row; }
 
 void HoldGiveUp() {
     if (g_holds.HoldCount > 0) g_holds.HoldTable[1].ActiveRow = 0;
     g_holds.HoldFlying = 0;
     g_holds.HoldExitState = 1;
+}
+
+void ToggleHold() {
+    HoldState& h = g_holds;
+    PlanContext& pc = g_plan.context;
+    if (g_lnav.LnavOn != 1) return;
+    if (h.HoldFlying == 0) {
+        // A hold at the active waypoint when there is none; it is the plan
+        // being flown, so the active row carries it at once.
+        if (h.HoldCount == 0) {
+            int row = pc.ActiveLeg;
+            if (row == kNoActiveLeg || row < 0 || row > pc.ActiveLastRow || row > pc.ModLastRow) return;
+            AddHold(row, kHoldFromGnsPage);
+            if (h.HoldCount == 0) return;
+            g_plan.ActivePlan[static_cast<size_t>(row)].HoldIndex = 1;
+        }
+        h.HoldFlying = 1;
+    } else {
+        // LNAV flies the plan again at once; the record goes at the next corner.
+        h.HoldExitState = 3;
+        h.HoldFlying = 0;
+    }
 }
