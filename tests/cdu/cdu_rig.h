@@ -27,6 +27,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <map>
 #include <string>
 #include <vector>
@@ -184,6 +187,23 @@ inline std::string RowWith(const CduRig& cdu, const std::string& text) {
     size_t end = screen.find('\n', at);
     begin = begin == std::string::npos ? 0 : begin + 1;
     return screen.substr(begin, end - begin);
+}
+
+// The screen against its reference text in tests/cdu/reference/NAME.txt;
+// with ORB_UPDATE_REFERENCE=1 the reference is written anew instead.
+inline void ExpectScreen(const CduRig& cdu, const char* name) {
+    std::string path = std::string(ORB_SOURCE_DIR) + "/tests/cdu/reference/" + name + ".txt";
+    std::string screen = cdu.Screen();
+    const char* update = std::getenv("ORB_UPDATE_REFERENCE");
+    if (update != nullptr && update[0] == '1') {
+        std::ofstream(path, std::ios::binary) << screen;
+        return;
+    }
+    std::ifstream in(path, std::ios::binary);
+    ASSERT_TRUE(in.good()) << "no reference " << path;
+    std::stringstream want;
+    want << in.rdbuf();
+    EXPECT_EQ(screen, want.str()) << name;
 }
 
 }  // namespace cdu_test

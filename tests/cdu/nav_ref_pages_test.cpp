@@ -47,20 +47,6 @@ void Show(CduRig& cdu, int page) {
     cdu.Frame();
 }
 
-void ExpectScreen(const CduRig& cdu, const char* name) {
-    std::string path = std::string(ORB_SOURCE_DIR) + "/tests/cdu/reference/" + name + ".txt";
-    std::string screen = cdu.Screen();
-    const char* update = std::getenv("ORB_UPDATE_REFERENCE");
-    if (update != nullptr && update[0] == '1') {
-        std::ofstream(path, std::ios::binary) << screen;
-        return;
-    }
-    std::ifstream in(path, std::ios::binary);
-    ASSERT_TRUE(in.good()) << "no reference " << path;
-    std::stringstream want;
-    want << in.rdbuf();
-    EXPECT_EQ(screen, want.str()) << name;
-}
 
 // Great-circle distance by the haversine form (the module uses the law of
 // cosines: the two must agree).
