@@ -22,6 +22,8 @@ constexpr double kAltimeterFeetPerMb = 27.0;   // the usual rule of thumb near t
 constexpr double kGroundToleranceFt = 0.01;    // at the ground's elevation, give or take rounding
 constexpr double kTurbineTempAt60 = 400;       // degrees Celsius at 60 % N1
 constexpr double kTurbineTempPerN1 = 5;        // degrees a percent of N1 above that
+constexpr double kN2AtZeroN1 = 60;             // percent N2 of a running engine, less its N1 share
+constexpr double kN2PerN1 = 0.4;               // percent N2 a percent of N1
 
 int Sign(double x) { return x > 0 ? 1 : (x < 0 ? -1 : 0); }
 }  // namespace
@@ -101,7 +103,13 @@ double EngineFuelFlow(const AircraftModel& a, int engine) {
 
 double EngineTurbineTemperature(const AircraftModel& a, int engine) {
     double n1 = EngineN1(a, engine);
-    return n1 > 0 ? kTurbineTempAt60 + kTurbineTempPerN1 * (n1 - 60) : OutsideTemperature(a);
+    return n1 > 0 ? kTurbineTempAt60 + kTurbineTempPerN1 * (n1 - 60) + a.egt_add : OutsideTemperature(a);
+}
+
+double EngineN2(const AircraftModel& a, int engine) {
+    // The core runs ahead of the fan: 60 % at no N1, 100 % at full N1.
+    double n1 = EngineN1(a, engine);
+    return n1 > 0 ? kN2AtZeroN1 + kN2PerN1 * n1 : 0;
 }
 
 void GroundVector(const AircraftModel& a, double& gs_knots, double& track_deg) {

@@ -83,6 +83,9 @@ struct AircraftModel {
     int engines = 2;
     double n1_set = 85;                 // percent; 0 stops the engines, any other value runs them (N1 then follows the thrust)
     double flow_factor = 100;           // percent of the book's fuel flows the engines burn
+    double egt_add = 0;                 // degrees Celsius added to a running engine's turbine temperature
+    double oil_temperature = 80;        // degrees Celsius of a running engine's oil
+    double oil_pressure = 40;           // psi of a running engine's oil
     std::array<double, kTankCount> tank_capacity{};  // gallons
     std::array<double, kTankCount> tank{};            // gallons on board
     double lbs_per_gal = 6.7;
@@ -122,6 +125,7 @@ ThrustMix EngineThrust(const AircraftModel& a);
 double EngineN1(const AircraftModel& a, int engine);          // percent
 double EngineFuelFlow(const AircraftModel& a, int engine);    // pounds an hour
 double EngineTurbineTemperature(const AircraftModel& a, int engine);  // degrees Celsius
+double EngineN2(const AircraftModel& a, int engine);                   // percent, follows N1
 // Ground speed and true track that the heading, airspeed and wind give.
 void GroundVector(const AircraftModel& a, double& gs_knots, double& track_deg);
 

@@ -29,8 +29,6 @@ constexpr double kVerticalSpeedScale = 1.30048;     // raw units a foot a minute
 constexpr double kMachScale = 20480;                // raw units a Mach
 constexpr double kMetresPerFoot = 0.3048;
 constexpr double kPsfPerPsi = 144;
-constexpr double kRunningOilCelsius = 80;
-constexpr double kRunningOilPsi = 40;
 constexpr int kGeneralEngineStride = 10;            // oil and turbine temperature blocks
 constexpr int kTurbineStride = 0x13;                // N1 and turbine flow blocks
 constexpr int kFuelFlowStride = 0x27;               // per-engine fuel flow
@@ -142,12 +140,13 @@ const TokenDef kTokens[] = {
      [](HostState& h, double v) { SetGroundSpeed(h.aircraft, v / kKnotsToFps); }, false, 0},
 #define ENGINE_BLOCK(e)                                                                                            \
     {0x231 + ((e) - 1) * kGeneralEngineStride, "ENG" #e "_OIL_TEMPERATURE",                                              \
-     GET(Rankine(EngineRunning(a, (e) - 1) ? kRunningOilCelsius : OutsideTemperature(a))), nullptr, false, 0},     \
+     GET(Rankine(EngineRunning(a, (e) - 1) ? a.oil_temperature : OutsideTemperature(a))), nullptr, false, 0},     \
     {0x232 + ((e) - 1) * kGeneralEngineStride, "ENG" #e "_OIL_PRESSURE",                                                 \
-     GET(EngineRunning(a, (e) - 1) ? kRunningOilPsi * kPsfPerPsi : 0), nullptr, false, 0},                          \
+     GET(EngineRunning(a, (e) - 1) ? a.oil_pressure * kPsfPerPsi : 0), nullptr, false, 0},                          \
     {0x237 + ((e) - 1) * kGeneralEngineStride, "ENG" #e "_TURBINE_TEMPERATURE",                                          \
      GET(Rankine(EngineTurbineTemperature(a, (e) - 1))), nullptr, false, 0},                                      \
     {0x272 + ((e) - 1) * kTurbineStride, "ENG" #e "_N1", GET(EngineN1(a, (e) - 1)), nullptr, false, 0},           \
+    {0x273 + ((e) - 1) * kTurbineStride, "ENG" #e "_N2", GET(EngineN2(a, (e) - 1)), nullptr, false, 0},           \
     {0x27E + ((e) - 1) * kTurbineStride, "ENG" #e "_TURBINE_FUEL_FLOW", GET(EngineFuelFlow(a, (e) - 1)), nullptr, false, 0}
     ENGINE_BLOCK(1), ENGINE_BLOCK(2), ENGINE_BLOCK(3), ENGINE_BLOCK(4),
 #undef ENGINE_BLOCK

@@ -3,6 +3,7 @@
 #include "display/display_families.h"
 
 #include "display/debug_page.h"
+#include "display/eicas_proline.h"
 #include "display/nd_b737.h"
 
 namespace {
@@ -15,6 +16,7 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_B737_ND, &DrawB737Nd},
     {GaugeId::HW_B737_ND_BR, &DrawB737Nd},
     {GaugeId::HW_B737_ND_NB, &DrawB737Nd},
+    {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::DEBUG, &DrawDebugPage},
 };
 }  // namespace

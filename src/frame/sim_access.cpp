@@ -214,6 +214,31 @@ double EngineFuelFlowPph(int engine) {
     return flow > 0 ? flow : ReadToken(kTurbine[engine]);
 }
 
+double EngineN1Percent(int engine) {
+    static constexpr int kN1[4] = {Token::N1_1, Token::N1_2, Token::N1_3, Token::N1_4};
+    if (engine < 0 || engine > 3) return 0;
+    return ReadToken(kN1[engine]);
+}
+
+double EicasN2Percent(int engine) {
+    static constexpr int kN2[2] = {Token::EICAS_N2_1, Token::EICAS_N2_2};
+    if (engine < 0 || engine > 1) return 0;
+    return ReadToken(kN2[engine]);
+}
+
+double EngineOilPsi(int engine) {
+    static constexpr int kPressure[4] = {Token::OIL_PRESSURE_1, Token::OIL_PRESSURE_2, Token::OIL_PRESSURE_3,
+                                         Token::OIL_PRESSURE_4};
+    if (engine < 0 || engine > 3) return 0;
+    return TokenPsi(kPressure[engine]);
+}
+
+double EngineOilCelsius(int engine) {
+    static constexpr int kTemperature[4] = {Token::OIL_TEMP_1, Token::OIL_TEMP_2, Token::OIL_TEMP_3, Token::OIL_TEMP_4};
+    if (engine < 0 || engine > 3) return 0;
+    return TokenCelsius(kTemperature[engine]);
+}
+
 double TotalFuelFlowPph() {
     // Engine 1's reading chooses the family for all four.
     static constexpr int kFlow[4] = {Token::FUEL_FLOW_1, Token::FUEL_FLOW_2, Token::FUEL_FLOW_3, Token::FUEL_FLOW_4};

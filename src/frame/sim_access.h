@@ -86,6 +86,9 @@ constexpr int TURBINE_TEMP_1 = 0x237, TURBINE_TEMP_2 = 0x241, TURBINE_TEMP_3 = 0
 constexpr int N1_1 = 0x272, N1_2 = 0x285, N1_3 = 0x298, N1_4 = 0x2AB;
 constexpr int TURBINE_FUEL_FLOW_1 = 0x27E, TURBINE_FUEL_FLOW_2 = 0x291, TURBINE_FUEL_FLOW_3 = 0x2A4,
               TURBINE_FUEL_FLOW_4 = 0x2B7;
+constexpr int OIL_TEMP_1 = 0x231, OIL_TEMP_2 = 0x23B, OIL_TEMP_3 = 0x245, OIL_TEMP_4 = 0x24F;
+constexpr int OIL_PRESSURE_1 = 0x232, OIL_PRESSURE_2 = 0x23C, OIL_PRESSURE_3 = 0x246, OIL_PRESSURE_4 = 0x250;
+constexpr int EICAS_N2_1 = 0x273, EICAS_N2_2 = 0x286;   // the twin strip's N2 readings
 constexpr int AVIONICS_POWER = 0x305, FD_SWITCH = 0x318, FD_PITCH = 0x319, FD_BANK = 0x31A;
 }  // namespace Token
 
@@ -111,6 +114,10 @@ double FuelOnBoardPounds();             // 0x182 x 0x132
 double BcdNavFrequencyMhz(int token);   // four BCD digits n: n / 100 + 100
 double EngineFuelFlowPph(int engine);   // 0..3; the turbine reading stands in for 0 or less
 double TotalFuelFlowPph();
+double EngineN1Percent(int engine);     // 0..3; other engines read 0
+double EicasN2Percent(int engine);      // 0..1, the twin strip's N2; other engines read 0
+double EngineOilPsi(int engine);        // 0..3, pounds a square foot / 144
+double EngineOilCelsius(int engine);    // 0..3, Rankine converted
 double IndicatedAltitudeFeet();         // "(A:INDICATED ALTITUDE, feet)"
 double AutopilotAltitudeFeet();         // "(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"
 

@@ -205,6 +205,36 @@ TEST_F(TickTest, DeferredAutopilotWritesGoOutAndAreRemembered) {
     EXPECT_EQ(g_tick.speed_marker, -999);
 }
 
+TEST_F(TickTest, LimitCountersStartOnlyAboveTheirLimitsAndRestartFromNothing) {
+    // Exactly at the limits: neither counter starts.
+    sim.tokens[Token::N1_3] = 99.0;
+    sim.tokens[Token::TURBINE_TEMP_4] = 491.69 + 645.0 * 9.0 / 5.0;
+    for (int second = 0; second < 2; ++second) {
+        sim.tokens[Token::CLOCK_SECOND] = second;
+        Ticks(18);
+    }
+    EXPECT_EQ(g_tick.over_n1_seconds, 0);
+    EXPECT_EQ(g_tick.over_temperature_seconds, 0);
+    // Just over: both count once a second, not once a tick.
+    sim.tokens[Token::N1_3] = 99.1;
+    sim.tokens[Token::TURBINE_TEMP_4] = 491.69 + 645.5 * 9.0 / 5.0;
+    for (int second = 2; second < 6; ++second) {
+        sim.tokens[Token::CLOCK_SECOND] = second;
+        Ticks(18);
+    }
+    EXPECT_EQ(g_tick.over_n1_seconds, 4);
+    EXPECT_EQ(g_tick.over_temperature_seconds, 4);
+    // One second back under the temperature limit: that counter starts again from 0.
+    sim.tokens[Token::TURBINE_TEMP_4] = 491.69 + 600.0 * 9.0 / 5.0;
+    sim.tokens[Token::CLOCK_SECOND] = 6;
+    Tick();
+    sim.tokens[Token::TURBINE_TEMP_4] = 491.69 + 650.0 * 9.0 / 5.0;
+    sim.tokens[Token::CLOCK_SECOND] = 7;
+    Tick();
+    EXPECT_EQ(g_tick.over_n1_seconds, 6);
+    EXPECT_EQ(g_tick.over_temperature_seconds, 1);
+}
+
 TEST_F(TickTest, PerSecondCountersAndFuelUsed) {
     sim.tokens[Token::FUEL_FLOW_1] = 3600;
     sim.tokens[Token::N1_2] = 99.5;

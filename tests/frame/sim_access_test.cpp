@@ -109,3 +109,25 @@ TEST(SimAccess, TextResultsAreBoundedAndNonFiniteNumbersReadZero) {
     scope.sim.tokens[Token::LATITUDE] = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(ReadToken(Token::LATITUDE), 0);
 }
+
+TEST(SimAccess, EngineReadingsConvertOilUnitsAndBoundTheEngine) {
+    FakeSimulatorScope scope;
+    auto& t = scope.sim.tokens;
+    t[Token::N1_1] = 88.5;
+    t[Token::N1_4] = 20.0;
+    t[Token::EICAS_N2_2] = 97.25;
+    t[Token::OIL_PRESSURE_2] = 55 * 144.0;            // pounds a square foot
+    t[Token::OIL_TEMP_3] = 491.69 + 75 * 9.0 / 5.0;   // 75 C in Rankine
+    EXPECT_EQ(EngineN1Percent(0), 88.5);
+    EXPECT_EQ(EngineN1Percent(3), 20.0);
+    EXPECT_EQ(EngineN1Percent(4), 0);
+    EXPECT_EQ(EngineN1Percent(-1), 0);
+    EXPECT_EQ(EicasN2Percent(1), 97.25);
+    EXPECT_EQ(EicasN2Percent(2), 0);
+    EXPECT_NEAR(EngineOilPsi(1), 55.0, 1e-12);
+    EXPECT_EQ(EngineOilPsi(0), 0);
+    EXPECT_EQ(EngineOilPsi(9), 0);
+    EXPECT_NEAR(EngineOilCelsius(2), 75.0, 1e-9);
+    EXPECT_NEAR(EngineOilCelsius(0), -491.69 * 5.0 / 9.0, 1e-9);  // a missing reading of 0 Rankine
+    EXPECT_EQ(EngineOilCelsius(4), 0);
+}
