@@ -1,10 +1,15 @@
 // aircraft_model_test.cpp: the stand-in aircraft flies as the scripts and
 // the guidance tests rely on: turns, climbs, speed holds, wind, fuel, keys.
+#include "orbsim/aircraft_fields.h"
 #include "orbsim/aircraft_model.h"
+#include "orbsim/host_state.h"
+#include "orbsim/sim_values.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
+#include <string>
 
 using namespace orbsim;
 
@@ -264,4 +269,28 @@ TEST(AircraftModel, PauseStopsEverythingAndTheClockRollsOverADay) {
     EXPECT_EQ(a.zulu_day, 1);
     EXPECT_EQ(a.zulu_year, 2008);
     EXPECT_NEAR(a.sim_time, 2, 1e-12);
+}
+
+TEST(AircraftModel, EngineReadingsAScriptCanPushOverTheLimits) {
+    auto host = std::make_unique<HostState>();
+    AircraftModel& a = host->aircraft;
+    std::string error;
+    double n1 = EngineN1(a, 1);
+    ASSERT_GT(n1, 0);
+    // N2 follows N1 on its own token, next to N1 in each engine's block.
+    EXPECT_NEAR(TokenValue(*host, 0x286), 60 + 0.4 * n1, 1e-9);
+    // The turbine temperature gains what the script adds (Rankine on the token).
+    double egt = EngineTurbineTemperature(a, 0);
+    ASSERT_TRUE(SetAircraftField(a, "egt_add", "300", error)) << error;
+    EXPECT_NEAR(EngineTurbineTemperature(a, 0), egt + 300, 1e-9);
+    EXPECT_NEAR(TokenValue(*host, 0x237), (egt + 300) * 9.0 / 5.0 + 491.69, 1e-6);
+    // Oil of a running engine: Celsius to Rankine, psi to pounds a square foot.
+    ASSERT_TRUE(SetAircraftField(a, "oil_temp", "180", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "oil_press", "65", error)) << error;
+    EXPECT_NEAR(TokenValue(*host, 0x23B), 180 * 9.0 / 5.0 + 491.69, 1e-6);
+    EXPECT_NEAR(TokenValue(*host, 0x23C), 65 * 144.0, 1e-9);
+    // A stopped engine has no N2 and no oil pressure.
+    ASSERT_TRUE(SetAircraftField(a, "n1", "0", error)) << error;
+    EXPECT_EQ(TokenValue(*host, 0x273), 0);
+    EXPECT_EQ(TokenValue(*host, 0x232), 0);
 }
