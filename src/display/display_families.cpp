@@ -5,6 +5,7 @@
 #include "display/debug_page.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
+#include "display/pfd_b777.h"
 
 namespace {
 struct FamilyRow {
@@ -17,6 +18,7 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_B737_ND_BR, &DrawB737Nd},
     {GaugeId::HW_B737_ND_NB, &DrawB737Nd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
+    {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::DEBUG, &DrawDebugPage},
 };
 }  // namespace

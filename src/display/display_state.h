@@ -84,6 +84,9 @@ struct DisplayState {
     // whose entry carries "<CTR>" and that the PLAN maps centre on; 0 = none,
     // then the active waypoint. The CDU steps it; the maps only read it.
     int PlanCentreIndex = 0;
+    // Flight director bars of the attitude displays, filtered frame to frame
+    double fd_bank_bar = 0;             // degrees of bank the bar stands at
+    double fd_pitch_bar = 0;            // degrees of pitch the bar stands at
 };
 
 extern DisplayState g_display;
