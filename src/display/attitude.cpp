@@ -101,6 +101,9 @@ AttitudeInputs ReadAttitudeInputs() {
     if (!ExecuteCalculatorText("(A:NAV IDENT:1,string)", in.nav_ident.data(), static_cast<int>(in.nav_ident.size())))
         in.nav_ident[0] = '\0';
     in.nav_ident.back() = '\0';
+    in.gps_drives_nav = ExecuteCalculatorInt("(A:GPS DRIVES NAV1,Bool)") != 0;
+    in.nav_frequency = BcdNavFrequencyMhz(Token::NAV1_FREQUENCY);
+    in.nav_is_localizer = g_sim.nav1_is_vor == 0;
     return in;
 }
 

@@ -79,6 +79,9 @@ struct AttitudeInputs {
     bool overspeed = false;             // overspeed warning on
     double position_332 = 16383;        // token 332, full scale 16383
     int phase = 0;                      // the tick's 18-phase counter, for flicker
+    bool gps_drives_nav = false;        // the NAV hold follows the GPS, not the radio
+    double nav_frequency = 0;           // NAV 1 frequency, MHz
+    bool nav_is_localizer = false;      // NAV 1 is tuned to a localizer, not a VOR
 };
 
 // Where a display's ball stands and how it is painted.
