@@ -66,7 +66,7 @@ struct Fonts {
     gdi::Font small{kTahomaFont, 9, FontStyleBold};
     gdi::Font mode{kTahomaFont, 10, FontStyleBold};
     gdi::Font tape{kTahomaFont, 10, FontStyleBold};
-    gdi::Font big{kTahomaFont, 13, FontStyleBold};
+    gdi::Font big{kTahomaFont, 12, FontStyleBold};
 };
 
 template <typename... Args>
@@ -89,6 +89,18 @@ double Sane(double v) { return std::isfinite(v) ? v : 0.0; }
 
 // [SECTION] Tapes
 namespace {
+constexpr int kPinnedCellHeight = 13;                 // the strip's end cell of a pinned value
+
+// A selected value beyond the tape's reach, in cyan on black in the cell
+// at the strip's top or bottom end, over the labels that scroll under it.
+void PinnedValue(gdi::Graphics& g, const gdi::Font& font, const char* text, int left, int right, bool top) {
+    int y = top ? -kTapeHalfHeight : kTapeHalfHeight - kPinnedCellHeight;
+    gdi::SolidBrush black(palette::kBlack);
+    g.FillRectangle(black, left, y, right - left, kPinnedCellHeight);
+    g.DrawText(text, font, palette::kCyan, (left + right) / 2.0f, y + kPinnedCellHeight / 2.0f, gdi::TextAlign::Centre,
+               gdi::TextBaseline::Middle);
+}
+
 void DrawSpeedTape(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
     ToBall(surface);
     // 1. Strip and clip.
@@ -123,9 +135,7 @@ void DrawSpeedTape(gdi::Graphics& g, const DisplaySurface& surface, const Attitu
         char text[16];
         if (in.mach_hold) std::snprintf(text, sizeof text, "%.2f", Sane(in.selected_mach));
         else std::snprintf(text, sizeof text, "%3.0f", Sane(in.selected_ias));
-        float y = wanted < 0 ? F(-kTapeHalfHeight + 1) : F(kTapeHalfHeight - 1);
-        g.DrawText(text, fonts.tape, palette::kCyan, (kSpeedTapeLeft + kSpeedTapeRight) / 2.0f, y,
-                   gdi::TextAlign::Centre, wanted < 0 ? gdi::TextBaseline::Top : gdi::TextBaseline::Bottom);
+        PinnedValue(g, fonts.tape, text, kSpeedTapeLeft, kSpeedTapeRight, wanted < 0);
     }
 
     // 4. Pointer box with the rolling speed.
@@ -174,18 +184,19 @@ void DrawAltitudeTape(gdi::Graphics& g, const DisplaySurface& surface, const Att
     if (std::fabs(wanted) > kAltitudeBugLimit) {
         char text[16];
         std::snprintf(text, sizeof text, "%5.0f", Sane(in.selected_altitude));
-        float y = wanted < 0 ? F(-kTapeHalfHeight + 1) : F(kTapeHalfHeight - 1);
-        g.DrawText(text, fonts.tape, palette::kCyan, (kAltTapeLeft + kAltTapeRight) / 2.0f, y,
-                   gdi::TextAlign::Centre, wanted < 0 ? gdi::TextBaseline::Top : gdi::TextBaseline::Bottom);
+        PinnedValue(g, fonts.tape, text, kAltTapeLeft, kAltTapeRight, wanted < 0);
     }
 
-    // 4. Pointer box with the rolling altitude.
-    const GpPoint box[] = {{84, 0}, {90, -5}, {90, -9}, {126, -9}, {126, 9}, {90, 9}, {90, 5}, {84, 0}, {84, 0}};
+    // 4. Pointer box with the rolling altitude; the window of the last two
+    // digits stands taller than the box, as in this cockpit, so that the
+    // numbers rolling in and out are read.
+    const GpPoint box[] = {{84, 0},   {90, -5},  {90, -9}, {109, -9}, {109, -14}, {126, -14},
+                           {126, 14}, {109, 14}, {109, 9}, {90, 9},   {90, 5}};
     gdi::SolidBrush black(palette::kBlack);
     gdi::Pen outline(palette::kWhite, 1.0f);
-    g.FillPolygon(black, box, 9);
-    g.DrawPolygon(outline, box, 9);
-    DrawAltitudeDrum(surface, fonts.tape, palette::kWhite, 124, 14, -9, 9, altitude);
+    g.FillPolygon(black, box, 11);
+    g.DrawPolygon(outline, box, 11);
+    DrawAltitudeDrum(surface, fonts.tape, palette::kWhite, 124, 14, -14, 14, altitude);
 }
 }  // namespace
 
@@ -206,7 +217,7 @@ void DrawVerticalSpeed(gdi::Graphics& g, const DisplaySurface& surface, const At
     gdi::Pen white(palette::kWhite, 1.0f);
     g.DrawLine(white, kVsScaleLeft, 0, kVsScaleLeft + 5, 0);
     for (int fpm : {1000, 2000, 6000}) {
-        char text[8];
+        char text[16];
         std::snprintf(text, sizeof text, "%d", fpm / 1000);
         for (int sign : {1, -1}) {
             float y = F(VsOffset(sign * fpm));

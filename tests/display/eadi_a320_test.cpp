@@ -71,9 +71,11 @@ protected:
         const test_canvas::Seen* s = f.Find(text);
         return s ? s->box.text_x + s->box.text_width / 2 : -1e9;
     }
-    static double LeftX(const Frame& f, const char* text) {
+    // Where a string drawn at a point starts: its box less the sixth of an
+    // em that text layout leaves before the first character.
+    static double LeftX(const Frame& f, const char* text, double em) {
         const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.text_x : -1e9;
+        return s ? s->box.text_x - em / 6 * kW / 318.0 : -1e9;
     }
     static double TopY(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
@@ -159,7 +161,7 @@ TEST_F(A320EadiTest, ModesStandInTheirColumnsByPriority) {
     };
     for (Row row : {Row{"AP1", -155}, Row{"1FD", -141}, Row{"A/THR", -127}}) {
         EXPECT_EQ(ColourOf(engaged, row.text), palette::kWhite) << row.text;
-        EXPECT_NEAR(LeftX(engaged, row.text), PxF(125), 1.5) << row.text;
+        EXPECT_NEAR(LeftX(engaged, row.text, 10), PxF(125), 1.5) << row.text;
         EXPECT_NEAR(TopY(engaged, row.text), PyF(row.y), 1.5) << row.text;
     }
     in.ap_master = false;
@@ -247,7 +249,7 @@ TEST_F(A320EadiTest, RadioAltitudeAndWarnings) {
     in.radio_altitude = 2499;
     Frame under = Draw();
     EXPECT_EQ(ColourOf(under, " 2499"), palette::kGreen);
-    EXPECT_NEAR(LeftX(under, " 2499"), PxF(81), 1.5);
+    EXPECT_NEAR(LeftX(under, " 2499", 10), PxF(81), 1.5);
     EXPECT_NEAR(TopY(under, " 2499"), PyF(-114), 1.5);
     EXPECT_TRUE(under.Has("RA"));
     in.radio_altitude = 2500;
@@ -265,7 +267,7 @@ TEST_F(A320EadiTest, RadioAltitudeAndWarnings) {
     in.vertical_speed = -500;
     Frame stall = Draw();
     EXPECT_EQ(ColourOf(stall, "STALL"), palette::kRed);
-    EXPECT_NEAR(LeftX(stall, "STALL"), PxF(-30), 1.5);
+    EXPECT_NEAR(LeftX(stall, "STALL", 17), PxF(-30), 1.5);
     EXPECT_FALSE(stall.Has("TERRAIN"));
 }
 
@@ -328,17 +330,17 @@ TEST_F(A320EadiTest, TapesStripsAndReadouts) {
     ASSERT_NE(altitude, nullptr);
     EXPECT_GT(altitude->box.text_y, PyF(60));
     in.selected_ias = 280;  // 30 knots: 50 units, on the scale
-    in.selected_altitude = 9000;
+    in.selected_altitude = 9200;  // 850 feet: 55 units
     Frame reach = Draw();
     EXPECT_EQ(FindIn(reach, "280", palette::kCyan), nullptr);
-    EXPECT_EQ(FindIn(reach, " 9000", palette::kCyan), nullptr);
+    EXPECT_EQ(FindIn(reach, " 9200", palette::kCyan), nullptr);
 
     // Mach under the speed tape from above 0.5, two digits.
     in.mach = 0.5;
     EXPECT_FALSE(Draw().Has(".50"));
     in.mach = 0.78;
     Frame m = Draw();
-    EXPECT_NEAR(LeftX(m, ".78"), PxF(-150), 1.5);
+    EXPECT_NEAR(LeftX(m, ".78", 10), PxF(-150), 1.5);
     EXPECT_NEAR(TopY(m, ".78"), PyF(120), 1.5);
     in.mach = 1.04;
     EXPECT_TRUE(Draw().Has("1.04"));
@@ -396,8 +398,9 @@ TEST_F(A320EadiTest, StationDataAndMarkers) {
 }
 
 TEST(A320EadiShots, FlightStatesAsPictures) {
-    // Pictures for a person to look at (build/linux/nd-shots/); each is
-    // checked for the ball's two colours and the state's own text.
+    // Pictures for a person to look at (build/linux/nd-shots/), at twice
+    // the gauge's size; each is checked for the ball's two colours and the
+    // state's own text.
     nd_test::FreshAircraft();
     struct Shot {
         const char* name;
@@ -422,16 +425,17 @@ TEST(A320EadiShots, FlightStatesAsPictures) {
     std::snprintf(approach.nav_ident.data(), approach.nav_ident.size(), "ISEA");
     for (const Shot& shot : {Shot{"a320_takeoff.png", takeoff, "SPEED"}, Shot{"a320_climb.png", climb, "V/S +2000"},
                              Shot{"a320_approach.png", approach, "APP"}}) {
-        Frame frame(kW, kH);
+        Frame frame(2 * kW, 2 * kH);
         test_canvas::TextHost host;
         {
             gdi::Graphics graphics(frame.canvas.hdc());
+            graphics.SetSmoothing(SmoothingModeAntiAlias);
             DisplaySurface surface;
             surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = static_cast<float>(kW) / 318;
-            surface.scale_y = static_cast<float>(kH) / 310;
+            surface.width = 2 * kW;
+            surface.height = 2 * kH;
+            surface.scale_x = 2.0f * kW / 318;
+            surface.scale_y = 2.0f * kH / 310;
             ResetToDesign(surface);
             gdi::SolidBrush black(palette::kBlack);
             graphics.FillRectangle(black, 0, 0, 318, 310);

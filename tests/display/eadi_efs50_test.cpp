@@ -57,9 +57,11 @@ protected:
         const test_canvas::Seen* s = f.Find(text);
         return s ? s->box.argb : 0;
     }
-    static double LeftX(const Frame& f, const char* text) {
+    // Where a string drawn at a point starts: its box less the sixth of an
+    // em that text layout leaves before the first character.
+    static double LeftX(const Frame& f, const char* text, double em) {
         const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.text_x : -1e9;
+        return s ? s->box.text_x - em / 6 * kW / 266.0 : -1e9;
     }
     static double TopY(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
@@ -82,7 +84,7 @@ TEST_F(Efs50EadiTest, ModeRowsByPriority) {
     EXPECT_EQ(ColourOf(lnav, "HDG"), palette::kWhite);
     EXPECT_NEAR(TopY(lnav, "LNAV"), PyF(-114), 1.5);
     EXPECT_NEAR(TopY(lnav, "HDG"), PyF(-104), 1.5);
-    EXPECT_NEAR(LeftX(lnav, "HDG"), LeftX(lnav, "LNAV"), 0.5);
+    EXPECT_NEAR(LeftX(lnav, "HDG", 10), LeftX(lnav, "LNAV", 10), 0.5);
 
     // Heading alone is active; the NAV hold outranks it.
     in.lnav_on = false;
@@ -142,7 +144,7 @@ TEST_F(Efs50EadiTest, RadioAltitudeShowsFromMinus20UpToButNot2500) {
         EXPECT_EQ(f.Has(c.text), c.shown) << c.feet;
         if (c.shown) {
             EXPECT_EQ(ColourOf(f, c.text), palette::kWhite);
-            EXPECT_NEAR(LeftX(f, c.text), PxF(81), 1.5);
+            EXPECT_NEAR(LeftX(f, c.text, 10), PxF(81), 1.5);
             EXPECT_NEAR(TopY(f, c.text), PyF(-114), 1.5);
         }
     }
@@ -158,7 +160,7 @@ TEST_F(Efs50EadiTest, LocalizerSourceAndScales) {
     in.nav_signal = true;
     Frame loc = Draw();
     EXPECT_EQ(ColourOf(loc, "LOC"), palette::kGreen);
-    EXPECT_NEAR(LeftX(loc, "LOC"), PxF(71), 1.5);
+    EXPECT_NEAR(LeftX(loc, "LOC", 9), PxF(71), 1.5);
     EXPECT_NEAR(TopY(loc, "LOC"), PyF(61), 1.5);
     double gs_y = -119 / 3.3421052631578947;
     EXPECT_GT(loc.Near(palette::kMagenta, 40, Px(71), Py(gs_y - 3), Px(80), Py(gs_y + 3)), 5);
@@ -258,8 +260,9 @@ TEST_F(Efs50EadiTest, WarningsAndTheOptionalHeadingStrip) {
 }
 
 TEST(Efs50EadiShots, FlightStatesAsPictures) {
-    // Pictures for a person to look at (build/linux/nd-shots/); each is
-    // checked for the ball's two colours and the state's own text.
+    // Pictures for a person to look at (build/linux/nd-shots/), at twice
+    // the gauge's size; each is checked for the ball's two colours and the
+    // state's own text.
     nd_test::FreshAircraft();
     struct Shot {
         const char* name;
@@ -277,16 +280,17 @@ TEST(Efs50EadiShots, FlightStatesAsPictures) {
     approach.loc_needle = 30, approach.gs_needle = -15, approach.marker = 2, approach.vnav_on = false;
     approach.lnav_on = false, approach.altitude_hold = false, approach.heading = 70, approach.heading_bug = 70;
     for (const Shot& shot : {Shot{"efs50_climb.png", climb, "LNAV"}, Shot{"efs50_approach.png", approach, "APR"}}) {
-        Frame frame(kW, kH);
+        Frame frame(2 * kW, 2 * kH);
         test_canvas::TextHost host;
         {
             gdi::Graphics graphics(frame.canvas.hdc());
+            graphics.SetSmoothing(SmoothingModeAntiAlias);
             DisplaySurface surface;
             surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = static_cast<float>(kW) / 266;
-            surface.scale_y = static_cast<float>(kH) / 230;
+            surface.width = 2 * kW;
+            surface.height = 2 * kH;
+            surface.scale_x = 2.0f * kW / 266;
+            surface.scale_y = 2.0f * kH / 230;
             ResetToDesign(surface);
             gdi::SolidBrush black(palette::kBlack);
             graphics.FillRectangle(black, 0, 0, 266, 230);
