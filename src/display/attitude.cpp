@@ -232,6 +232,24 @@ void DrawAttitudeBall(const DisplaySurface& surface, const BallFrame& ball, cons
     g.ResetClip();
 }
 
+void DrawSingleCueDirector(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in) {
+    if (!in.fd_switch) return;
+    gdi::Graphics& g = *surface.graphics;
+    // 1. Up or down by the pitch bar, as the cross bars; rolled by how far
+    // the bank is from the commanded one.
+    MoveToBall(surface, ball);
+    float y = F(std::clamp(-(g_display.fd_pitch_bar - in.pitch) * kUnitsPerDegree, -50.0, 50.0));
+    g.Translate(0, y);
+    g.Rotate(F(g_display.fd_bank_bar - in.bank));
+    // 2. The two wedges, apex at the centre, opening downwards over the wings.
+    gdi::SolidBrush magenta(palette::kMagenta);
+    const GpPoint right[] = {{1, 0}, {46, 15}, {46, 21}, {1, 6}};
+    const GpPoint left[] = {{-1, 0}, {-46, 15}, {-46, 21}, {-1, 6}};
+    g.FillPolygon(magenta, right, 4);
+    g.FillPolygon(magenta, left, 4);
+    MoveToBall(surface, ball);
+}
+
 // [SECTION] Aircraft symbol and warning
 void DrawAircraftSymbol(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in) {
     gdi::Graphics& g = *surface.graphics;

@@ -112,6 +112,10 @@ void MoveToBall(const DisplaySurface& surface, const BallFrame& ball);
 // Sky, ground, horizon and ladder clipped to the outline and turned by the
 // bank; then the flight director and the flickering flight path vector.
 void DrawAttitudeBall(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
+// The single-cue flight director: command bars in the shape of a V, up or
+// down by the pitch bar and rolled by the bank bar less the bank, which the
+// aircraft symbol is flown into. Drawn instead of the ball's cross bars.
+void DrawSingleCueDirector(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
 // The own-aircraft symbol, the bank scale, the bank pointer and the slip bar.
 void DrawAircraftSymbol(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
 // The warning of the frame in red over the ball.

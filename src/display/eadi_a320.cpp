@@ -300,7 +300,8 @@ void DrawA320EadiFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
     // 1. Flight director bars move once a frame.
     StepFlightDirector(in);
 
-    // 2. Ball, director, path vector; the warning over it.
+    // 2. Ball, director, path vector; the warning over it. This cockpit's
+    // director is always the cross bars, whatever `EadiDualCue` says.
     DrawAttitudeBall(surface, ball, in);
     DrawAttitudeWarning(surface, ball, in);
 

@@ -1,7 +1,8 @@
 // eadi_efs50.cpp: the EFS50_EADI page (the _NB gauge draws the same). One
 // immediate-mode pass in the attitude displays' order: the ball (sky,
 // ground, ladder) clipped to its outline and turned by the bank, flight
-// director, flight path vector, warnings, aircraft symbol and bank scale, the
+// director (single-cue V bars, or the cross bars with `EadiDualCue`),
+// flight path vector, warnings, aircraft symbol and bank scale, the
 // fast/slow scale, ILS deviation with its source, marker, the optional
 // heading strip; then the mode rows and the radio altitude.
 //
@@ -120,8 +121,16 @@ void DrawEfs50EadiFrom(const DisplaySurface& surface, const AttitudeInputs& in) 
     // 1. Flight director bars move once a frame.
     StepFlightDirector(in);
 
-    // 2. Ball, director, path vector; the warning over it.
-    DrawAttitudeBall(surface, ball, in);
+    // 2. Ball, director, path vector; the warning over it. The director is
+    // single-cue unless the configuration asks for the cross bars.
+    if (g_config.EadiDualCue != 0) {
+        DrawAttitudeBall(surface, ball, in);
+    } else {
+        AttitudeInputs without_bars = in;
+        without_bars.fd_switch = false;
+        DrawAttitudeBall(surface, ball, without_bars);
+        DrawSingleCueDirector(surface, ball, in);
+    }
     DrawAttitudeWarning(surface, ball, in);
 
     // 3. Aircraft symbol and bank scale; fast/slow; ILS with its source.

@@ -415,6 +415,7 @@ TEST(A320EadiShots, FlightStatesAsPictures) {
     climb.pitch = 12, climb.bank = -18, climb.ias = 250, climb.altitude = 8350, climb.radio_altitude = 8000;
     climb.vertical_speed = 2100, climb.selected_vs = 2000, climb.altitude_hold = true, climb.heading_bug = 140;
     climb.ap_master = true, climb.heading_hold = true, climb.selected_altitude = 11000, climb.selected_ias = 250;
+    climb.fd_bank = -15, climb.fd_pitch = 10;
     AttitudeInputs approach = climb;
     approach.pitch = 2.5, approach.bank = 3, approach.ias = 142, approach.altitude = 1870;
     approach.radio_altitude = 1420, approach.vertical_speed = -720, approach.selected_vs = 0;
@@ -439,6 +440,8 @@ TEST(A320EadiShots, FlightStatesAsPictures) {
             ResetToDesign(surface);
             gdi::SolidBrush black(palette::kBlack);
             graphics.FillRectangle(black, 0, 0, 318, 310);
+            g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
+            g_display.fd_pitch_bar = shot.in.fd_pitch;
             DrawA320EadiFrom(surface, shot.in);
         }
         frame.seen = host.seen();

@@ -259,6 +259,47 @@ TEST_F(Efs50EadiTest, WarningsAndTheOptionalHeadingStrip) {
     g_config.EADIHdgTape = 0;
 }
 
+TEST_F(Efs50EadiTest, DirectorIsSingleCueUnlessTheCrossBarsAreAsked) {
+    // The bars stand on their targets: 20 degrees right, level pitch.
+    g_display.fd_bank_bar = 20;
+    g_display.fd_pitch_bar = 0;
+    in.fd_bank = 20;
+    in.fd_switch = true;
+    // Centre of the magenta pixels of one half of the ball, in surface pixels.
+    auto centroid = [](const Frame& f, bool right, double& x, double& y) {
+        double sx = 0, sy = 0;
+        int n = 0;
+        for (int py = Py(-60); py < Py(60); ++py)
+            for (int px = right ? Px(3) : Px(-60); px < (right ? Px(60) : Px(-3)); ++px)
+                if (f.Near(palette::kMagenta, 30, px, py, px + 1, py + 1) == 1) sx += px, sy += py, ++n;
+        x = n ? sx / n : 0;
+        y = n ? sy / n : 0;
+        return n;
+    };
+
+    // Single cue: the V rolled 20 degrees clockwise, no vertical bar above.
+    g_config.EadiDualCue = 0;
+    Frame single = Draw();
+    double lx = 0, ly = 0, rx = 0, ry = 0;
+    ASSERT_GT(centroid(single, false, lx, ly), 50);
+    ASSERT_GT(centroid(single, true, rx, ry), 50);
+    double roll = std::atan2((ry - ly) * 230.0 / kH, (rx - lx) * 266.0 / kW) * 180 / kPi;
+    EXPECT_NEAR(roll, 20, 1.5);
+    EXPECT_EQ(single.Near(palette::kMagenta, 30, Px(44), Py(-45), Px(48), Py(-30)), 0);
+    // Flown into the command: the V level.
+    in.bank = 20;
+    Frame flown = Draw();
+    centroid(flown, false, lx, ly);
+    centroid(flown, true, rx, ry);
+    EXPECT_NEAR(ry, ly, 1.0);
+
+    // Cross bars: the vertical bar at 20 x 2.28 units, through the top half.
+    g_config.EadiDualCue = 1;
+    Frame cross = Draw();
+    EXPECT_GT(cross.Near(palette::kMagenta, 30, Px(44), Py(-45), Px(48), Py(-30)), 5);
+    g_config.EadiDualCue = 0;
+}
+
 TEST(Efs50EadiShots, FlightStatesAsPictures) {
     // Pictures for a person to look at (build/linux/nd-shots/), at twice
     // the gauge's size; each is checked for the ball's two colours and the
@@ -294,6 +335,8 @@ TEST(Efs50EadiShots, FlightStatesAsPictures) {
             ResetToDesign(surface);
             gdi::SolidBrush black(palette::kBlack);
             graphics.FillRectangle(black, 0, 0, 266, 230);
+            g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
+            g_display.fd_pitch_bar = shot.in.fd_pitch;
             DrawEfs50EadiFrom(surface, shot.in);
         }
         frame.seen = host.seen();
