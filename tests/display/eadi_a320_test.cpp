@@ -25,6 +25,31 @@ double PyF(double y) { return (160 + y) * kH / 310.0; }
 int Px(double x) { return static_cast<int>(std::lround(PxF(x))); }
 int Py(double y) { return static_cast<int>(std::lround(PyF(y))); }
 
+// The page drawn from `in` on a surface of the given size; a picture for
+// a person also gets the display's black background and smoothing.
+Frame DrawPage(const AttitudeInputs& in, int width, int height, bool picture = false) {
+    Frame frame(width, height);
+    test_canvas::TextHost host;
+    {
+        gdi::Graphics graphics(frame.canvas.hdc());
+        DisplaySurface surface;
+        surface.graphics = &graphics;
+        surface.width = width;
+        surface.height = height;
+        surface.scale_x = static_cast<float>(width) / 318;
+        surface.scale_y = static_cast<float>(height) / 310;
+        ResetToDesign(surface);
+        if (picture) {
+            graphics.SetSmoothing(SmoothingModeAntiAlias);
+            gdi::SolidBrush black(palette::kBlack);
+            graphics.FillRectangle(black, 0, 0, 318, 310);
+        }
+        DrawA320EadiFrom(surface, in);
+    }
+    frame.seen = host.seen();
+    return frame;
+}
+
 class A320EadiTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -39,23 +64,7 @@ protected:
         in.baro_mb = 1013.2;
     }
 
-    Frame Draw() {
-        Frame frame(kW, kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = static_cast<float>(kW) / 318;
-            surface.scale_y = static_cast<float>(kH) / 310;
-            ResetToDesign(surface);
-            DrawA320EadiFrom(surface, in);
-        }
-        frame.seen = host.seen();
-        return frame;
-    }
+    Frame Draw() { return DrawPage(in, kW, kH); }
 
     static ARGB ColourOf(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
@@ -426,25 +435,9 @@ TEST(A320EadiShots, FlightStatesAsPictures) {
     std::snprintf(approach.nav_ident.data(), approach.nav_ident.size(), "ISEA");
     for (const Shot& shot : {Shot{"a320_takeoff.png", takeoff, "SPEED"}, Shot{"a320_climb.png", climb, "V/S +2000"},
                              Shot{"a320_approach.png", approach, "APP"}}) {
-        Frame frame(2 * kW, 2 * kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            graphics.SetSmoothing(SmoothingModeAntiAlias);
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = 2 * kW;
-            surface.height = 2 * kH;
-            surface.scale_x = 2.0f * kW / 318;
-            surface.scale_y = 2.0f * kH / 310;
-            ResetToDesign(surface);
-            gdi::SolidBrush black(palette::kBlack);
-            graphics.FillRectangle(black, 0, 0, 318, 310);
-            g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
-            g_display.fd_pitch_bar = shot.in.fd_pitch;
-            DrawA320EadiFrom(surface, shot.in);
-        }
-        frame.seen = host.seen();
+        g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
+        g_display.fd_pitch_bar = shot.in.fd_pitch;
+        Frame frame = DrawPage(shot.in, 2 * kW, 2 * kH, true);
         EXPECT_GT(frame.canvas.CountColour(kSky), 500) << shot.name;
         EXPECT_GT(frame.canvas.CountColour(kGround), 500) << shot.name;
         EXPECT_TRUE(frame.Has(shot.text)) << shot.name;

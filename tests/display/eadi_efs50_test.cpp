@@ -23,6 +23,31 @@ double PyF(double y) { return (118 + y) * kH / 230.0; }
 int Px(double x) { return static_cast<int>(std::lround(PxF(x))); }
 int Py(double y) { return static_cast<int>(std::lround(PyF(y))); }
 
+// The page drawn from `in` on a surface of the given size; a picture for
+// a person also gets the display's black background and smoothing.
+Frame DrawPage(const AttitudeInputs& in, int width, int height, bool picture = false) {
+    Frame frame(width, height);
+    test_canvas::TextHost host;
+    {
+        gdi::Graphics graphics(frame.canvas.hdc());
+        DisplaySurface surface;
+        surface.graphics = &graphics;
+        surface.width = width;
+        surface.height = height;
+        surface.scale_x = static_cast<float>(width) / 266;
+        surface.scale_y = static_cast<float>(height) / 230;
+        ResetToDesign(surface);
+        if (picture) {
+            graphics.SetSmoothing(SmoothingModeAntiAlias);
+            gdi::SolidBrush black(palette::kBlack);
+            graphics.FillRectangle(black, 0, 0, 266, 230);
+        }
+        DrawEfs50EadiFrom(surface, in);
+    }
+    frame.seen = host.seen();
+    return frame;
+}
+
 class Efs50EadiTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -35,23 +60,7 @@ protected:
         in.radio_altitude = 5000;
     }
 
-    Frame Draw() {
-        Frame frame(kW, kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = static_cast<float>(kW) / 266;
-            surface.scale_y = static_cast<float>(kH) / 230;
-            ResetToDesign(surface);
-            DrawEfs50EadiFrom(surface, in);
-        }
-        frame.seen = host.seen();
-        return frame;
-    }
+    Frame Draw() { return DrawPage(in, kW, kH); }
 
     static ARGB ColourOf(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
@@ -321,25 +330,9 @@ TEST(Efs50EadiShots, FlightStatesAsPictures) {
     approach.loc_needle = 30, approach.gs_needle = -15, approach.marker = 2, approach.vnav_on = false;
     approach.lnav_on = false, approach.altitude_hold = false, approach.heading = 70, approach.heading_bug = 70;
     for (const Shot& shot : {Shot{"efs50_climb.png", climb, "LNAV"}, Shot{"efs50_approach.png", approach, "APR"}}) {
-        Frame frame(2 * kW, 2 * kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            graphics.SetSmoothing(SmoothingModeAntiAlias);
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = 2 * kW;
-            surface.height = 2 * kH;
-            surface.scale_x = 2.0f * kW / 266;
-            surface.scale_y = 2.0f * kH / 230;
-            ResetToDesign(surface);
-            gdi::SolidBrush black(palette::kBlack);
-            graphics.FillRectangle(black, 0, 0, 266, 230);
-            g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
-            g_display.fd_pitch_bar = shot.in.fd_pitch;
-            DrawEfs50EadiFrom(surface, shot.in);
-        }
-        frame.seen = host.seen();
+        g_display.fd_bank_bar = shot.in.fd_bank;  // the bars settled on their commands
+        g_display.fd_pitch_bar = shot.in.fd_pitch;
+        Frame frame = DrawPage(shot.in, 2 * kW, 2 * kH, true);
         EXPECT_GT(frame.canvas.CountColour(kEfs50Sky), 500) << shot.name;
         EXPECT_GT(frame.canvas.CountColour(kEfs50Ground), 500) << shot.name;
         EXPECT_TRUE(frame.Has(shot.text)) << shot.name;
