@@ -133,8 +133,8 @@ void DrawSpeedTape(gdi::Graphics& g, const DisplaySurface& surface, const Attitu
     g.DrawLine(bug, -85, F(bug_y), -82, F(bug_y + 4));
     if (std::fabs(wanted) > kSpeedBugLimit) {
         char text[16];
-        if (in.mach_hold) std::snprintf(text, sizeof text, "%.2f", Sane(in.selected_mach));
-        else std::snprintf(text, sizeof text, "%3.0f", Sane(in.selected_ias));
+        if (in.mach_hold) std::snprintf(text, sizeof text, "%.2f", std::clamp(Sane(in.selected_mach), 0.0, 9.99));
+        else std::snprintf(text, sizeof text, "%3.0f", std::clamp(Sane(in.selected_ias), 0.0, 999.0));
         PinnedValue(g, fonts.tape, text, kSpeedTapeLeft, kSpeedTapeRight, wanted < 0);
     }
 
@@ -183,7 +183,7 @@ void DrawAltitudeTape(gdi::Graphics& g, const DisplaySurface& surface, const Att
     g.DrawLine(bug, 80, F(bug_y), 83, F(bug_y + 4));
     if (std::fabs(wanted) > kAltitudeBugLimit) {
         char text[16];
-        std::snprintf(text, sizeof text, "%5.0f", Sane(in.selected_altitude));
+        std::snprintf(text, sizeof text, "%5.0f", std::clamp(Sane(in.selected_altitude), -9999.0, 99999.0));
         PinnedValue(g, fonts.tape, text, kAltTapeLeft, kAltTapeRight, wanted < 0);
     }
 
@@ -212,7 +212,7 @@ double VsOffset(double fpm) {
 
 void DrawVerticalSpeed(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
     ToBall(surface);
-    double vs = Sane(in.vertical_speed);
+    double vs = std::clamp(Sane(in.vertical_speed), -99999.0, 99999.0);
     // 1. Scale with its marks at 1000, 2000 and 6000 fpm.
     gdi::Pen white(palette::kWhite, 1.0f);
     g.DrawLine(white, kVsScaleLeft, 0, kVsScaleLeft + 5, 0);

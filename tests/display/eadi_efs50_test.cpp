@@ -48,6 +48,26 @@ Frame DrawPage(const AttitudeInputs& in, int width, int height, bool picture = f
     return frame;
 }
 
+// Wild samples (not a number, infinities, absurd sizes) from a broken
+// simulator value: the page prints no "nan" or "inf" and no runaway text.
+void ExpectSaneTexts(const Frame& f) {
+    for (const auto& s : f.seen) {
+        EXPECT_EQ(s.text.find("nan"), std::string::npos) << s.text;
+        EXPECT_EQ(s.text.find("inf"), std::string::npos) << s.text;
+        EXPECT_LE(s.text.size(), 10u) << s.text;
+    }
+}
+
+AttitudeInputs WildInputs(double v) {
+    AttitudeInputs in;
+    for (double* field : {&in.ias, &in.mach, &in.altitude, &in.vertical_speed, &in.radio_altitude,
+                          &in.baro_mb, &in.baro_inches, &in.selected_ias, &in.selected_mach,
+                          &in.selected_altitude, &in.selected_vs, &in.dme, &in.nav_frequency})
+        *field = v;
+    in.ias_hold = in.altitude_hold = in.nav_signal = in.fd_switch = true;
+    return in;
+}
+
 class Efs50EadiTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -307,6 +327,17 @@ TEST_F(Efs50EadiTest, DirectorIsSingleCueUnlessTheCrossBarsAreAsked) {
     Frame cross = Draw();
     EXPECT_GT(cross.Near(palette::kMagenta, 30, Px(44), Py(-45), Px(48), Py(-30)), 5);
     g_config.EadiDualCue = 0;
+}
+
+TEST(Efs50EadiWild, BrokenSamplesPrintNothingAbsurd) {
+    nd_test::FreshAircraft();
+    for (double v : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300}) {
+        Frame f = DrawPage(WildInputs(v), kW, kH);
+        ExpectSaneTexts(f);
+    }
+    // A plausible frame does print: the check above has texts to look at.
+    AttitudeInputs plain = WildInputs(1200);
+    EXPECT_GT(DrawPage(plain, kW, kH).seen.size(), 5u);
 }
 
 TEST(Efs50EadiShots, FlightStatesAsPictures) {
