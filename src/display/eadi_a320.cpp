@@ -259,12 +259,14 @@ void DrawModes(gdi::Graphics& g, const AttitudeInputs& in, const Fonts& fonts) {
     double selected_vs = Sane(in.selected_vs);
     bool vs_mode = (in.altitude_hold || in.vs_hold) && std::fabs(selected_vs) >= kVsModeThreshold;
     if (in.vnav_on) {
-        const char* text = in.vnav_descent ? "DES" : in.altitude_hold && std::fabs(Sane(in.vertical_speed)) < kVsModeThreshold ? "ALT" : "CLB";
+        bool level = in.altitude_hold && std::fabs(Sane(in.vertical_speed)) < kVsModeThreshold;
+        const char* text = in.vnav_descent ? "DES" : level ? "ALT" : "CLB";
         g.DrawText(text, fonts.mode, palette::kGreen, kPitchColumnX, row1, gdi::TextAlign::Centre);
     } else if (vs_mode) {
         Text(g, fonts.mode, palette::kGreen, kPitchColumnX, row1, gdi::TextAlign::Centre,
              selected_vs > 0 ? "V/S +%4.0f" : "V/S %4.0f", std::clamp(selected_vs, -9999.0, 9999.0));
-        if (in.altitude_hold) g.DrawText("ALT", fonts.mode, palette::kCyan, kPitchColumnX, row2, gdi::TextAlign::Centre);
+        if (in.altitude_hold)
+            g.DrawText("ALT", fonts.mode, palette::kCyan, kPitchColumnX, row2, gdi::TextAlign::Centre);
     } else if (in.altitude_hold) {
         g.DrawText("ALT", fonts.mode, palette::kGreen, kPitchColumnX, row1, gdi::TextAlign::Centre);
     }

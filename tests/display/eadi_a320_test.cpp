@@ -245,6 +245,12 @@ TEST_F(A320EadiTest, PitchModeShowsTheRateFrom200FpmEitherWay) {
     in.vnav_descent = false;
     in.vertical_speed = 2000;
     EXPECT_TRUE(Draw().Has("CLB"));
+    // Level on the hold VNAV keeps: ALT, and no CLB.
+    in.altitude_hold = true;
+    in.vertical_speed = 150;
+    Frame held = Draw();
+    EXPECT_EQ(ColourOf(held, "ALT"), palette::kGreen);
+    EXPECT_FALSE(held.Has("CLB"));
 }
 
 TEST_F(A320EadiTest, BaroShowsStdOnlyFromItsLowerLimitUpToButNotItsUpper) {
