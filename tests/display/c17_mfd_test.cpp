@@ -170,3 +170,17 @@ TEST_F(C17Screens, ParameterWordsPresetPagesAtEveryDraw) {
     EXPECT_EQ(Page(2), 3);
     EXPECT_EQ(Page(1), 0);                           // "PFDX" is no word
 }
+
+TEST_F(C17Screens, DrawInstanceIsTheScreenOrACleared0) {
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+    EXPECT_EQ(C17DrawInstance("PFD"), 0);             // no leading digit
+    EXPECT_EQ(C17DrawInstance("7"), 0);               // no such screen
+    sim().window_visible[0] = true;                   // the main panel shows
+    EXPECT_EQ(C17DrawInstance("2_VC"), 0);
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+    sim().window_visible[0] = false;
+    sim().window_visible[4025] = true;                // screen 1's pop-up is open
+    EXPECT_EQ(C17DrawInstance("1"), 0);
+    EXPECT_EQ(C17DrawInstance("1_WN"), 1);
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+}
