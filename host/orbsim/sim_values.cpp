@@ -270,6 +270,11 @@ const AircraftVarDef kAircraftVars[] = {
     {"KOHLSMAN SETTING MB", UnitKind::Number, AGET(a.altimeter), ASET(a.altimeter = v), nullptr},
     {"SIMULATION RATE", UnitKind::Number, AGET(a.rate), ASET(a.rate = std::clamp(v, kSimRateMin, kSimRateMax)), nullptr},
     {"FUEL TOTAL QUANTITY WEIGHT", UnitKind::Number, AGET(FuelPounds(a)), ASET(LoadFuelPounds(a, v)), nullptr},
+    // A level turn loads the wings by 1 / cos(bank); the model flies coordinated, so the ball stays centred.
+    {"G FORCE", UnitKind::Number, AGET(1.0 / std::cos(std::clamp(a.bank, -80.0, 80.0) * 0.017453292519943295)), nullptr,
+     nullptr},
+    {"TURN COORDINATOR BALL", UnitKind::Number, AGET(0.0), nullptr, nullptr},
+    {"AUTOPILOT VERTICAL HOLD", UnitKind::Number, AGET(a.vs_hold), ASET(a.vs_hold = v != 0), nullptr},
 };
 #undef AGET
 #undef ASET
@@ -314,7 +319,7 @@ bool UnitFactor(UnitKind kind, const std::string& unit, double& factor) {
         return false;
     case UnitKind::Number:
         return unit == "number" || unit == "enum" || unit == "bool" || unit == "celsius" || unit == "millibars" ||
-               unit == "pounds" || unit == "percent";
+               unit == "pounds" || unit == "percent" || unit == "gforce" || unit == "position 128";
     case UnitKind::Text:
         return unit == "string";
     }

@@ -31,6 +31,8 @@ constexpr int kOverspeedToken = 68;
 constexpr int kPositionToken = 332;
 
 float F(double v) { return static_cast<float>(v); }
+// The advance of one digit: Arial's (and its stand-ins') figures are 0.556 em wide.
+float DigitWidth(const gdi::Font& font) { return std::ceil(font.size() * 0.556f); }
 int I(double v) { return static_cast<int>(std::lround(v)); }
 
 // The value's move towards a target by at most `step`; the target itself
@@ -374,7 +376,7 @@ void DrawSpeedTape(const DisplaySurface& surface, const BallFrame& ball, const A
     gdi::Pen outline(palette::kWhite, 1.0f);
     g.FillPolygon(black, box, 11);
     g.DrawPolygon(outline, box, 11);
-    DrawSpeedDrum(surface, readout_font, palette::kWhite, right - 8, 9, -9, 9, speed);
+    DrawSpeedDrum(surface, readout_font, palette::kWhite, right - 8, DigitWidth(readout_font), -9, 9, speed);
 }
 
 void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
@@ -420,7 +422,7 @@ void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, cons
     gdi::Pen outline(palette::kWhite, 1.0f);
     g.FillPolygon(black, box, 9);
     g.DrawPolygon(outline, box, 9);
-    DrawAltitudeDrum(surface, readout_font, palette::kWhite, right - 2, 14, -9, 9, altitude);
+    DrawAltitudeDrum(surface, readout_font, palette::kWhite, right - 2, 2 * DigitWidth(readout_font), -9, 9, altitude);
 }
 
 // [SECTION] Heading strip and ILS scales
