@@ -5,7 +5,7 @@
 // strip, and the mode boxes last so that nothing covers them.
 //
 // Corner data, title and mode boxes stand in canvas coordinates; the rest in
-// design units about the attitude centre (kC17CentreX, kC17CentreY).
+// design units about the attitude centre (kC17AttCentreX, kC17AttCentreY).
 #include "display/c17_attitude.h"
 
 #include "frame/aircraft_profile.h"
@@ -66,7 +66,7 @@ void DrawC17AttitudeFrom(const DisplaySurface& surface, const AttitudeInputs& in
     gdi::Font small(kArialFont, 8, FontStyleBold);
     gdi::Font tape_label(kArialFont, 8, FontStyleBold);
     gdi::Font readout(kArialFont, 11, FontStyleBold);
-    const BallFrame ball{kC17CentreX, kC17CentreY, Opaque(g_profile.C17MfdSky), Opaque(g_profile.C17MfdGrnd)};
+    const BallFrame ball{kC17AttCentreX, kC17AttCentreY, Opaque(g_profile.C17MfdSky), Opaque(g_profile.C17MfdGrnd)};
     const ARGB white = palette::kWhite, green = palette::kGreen, cyan = palette::kSkyBlue;
 
     // 1. Flight director bars move once a frame.

@@ -6,10 +6,8 @@
 
 #include "display/attitude.h"
 
-constexpr int kC17Width = 246;          // design canvas of every C-17 page
-constexpr int kC17Height = 241;
-constexpr float kC17CentreX = 123;      // the attitude centre of the ATT page
-constexpr float kC17CentreY = 100;
+constexpr float kC17AttCentreX = 123;   // the attitude centre of the ATT page on its 246 x 241 canvas
+constexpr float kC17AttCentreY = 100;
 
 // The page from the tick's samples.
 void DrawC17Attitude(const DisplaySurface& surface);

@@ -17,8 +17,8 @@ using nd_test::Frame;
 constexpr int kW = 246;  // drawn at the design size: a unit is a pixel
 constexpr int kH = 241;
 
-int Px(double x) { return static_cast<int>(std::lround(kC17CentreX + x)); }
-int Py(double y) { return static_cast<int>(std::lround(kC17CentreY + y)); }
+int Px(double x) { return static_cast<int>(std::lround(kC17AttCentreX + x)); }
+int Py(double y) { return static_cast<int>(std::lround(kC17AttCentreY + y)); }
 
 class C17AttitudeTest : public ::testing::Test {
 protected:
