@@ -61,7 +61,8 @@ const char* C17GearText(const std::array<double, 3>& gear);
 
 // [SECTION] Pages (the surface comes scaled to the design canvas and filled)
 void DrawC17Engines(const DisplaySurface& surface);            // ENGINE
-void DrawC17EnginesSecondary(const DisplaySurface& surface);   // ENGINE 2
+// ENGINE 2; over temperature it first lifts the tick's counter to 300 seconds.
+void DrawC17EnginesSecondary(const DisplaySurface& surface);
 void DrawC17OilAndFuel(const DisplaySurface& surface);         // ENGINE OIL
 void DrawC17Configuration(const DisplaySurface& surface);      // FLIGHT CONTROLS
 
