@@ -19,6 +19,7 @@
 #include "display/c17_mfd.h"
 
 #include "display/c17_attitude.h"
+#include "display/c17_engine_pages.h"
 #include "frame/diagnostic_log.h"
 #include "frame/gauge_layers.h"
 #include "frame/module_state.h"
@@ -149,7 +150,11 @@ void DrawC17Mfd(const DisplaySurface& surface) {
     // 2. The page's picture; pages 2, 7 and 8 have none.
     switch (g_display.c17_working.page) {
     case kC17PagePrimaryFlight: DrawC17Attitude(surface); break;
-    default: break;
+    case kC17PageEngines: DrawC17Engines(surface); break;
+    case kC17PageEnginesSecondary: DrawC17EnginesSecondary(surface); break;
+    case kC17PageOilAndFuel: DrawC17OilAndFuel(surface); break;
+    case kC17PageConfiguration: DrawC17Configuration(surface); break;
+    default: break;  // the navigation and map pages come with the map family
     }
 
     // 3. Store it back.
