@@ -112,6 +112,27 @@ double EngineN2(const AircraftModel& a, int engine) {
     return n1 > 0 ? kN2AtZeroN1 + kN2PerN1 * n1 : 0;
 }
 
+double EnginePressureRatio(const AircraftModel& a, int engine) {
+    // Linear in N1 between idle (1.0) and climb thrust (1.6), a little beyond at full N1.
+    constexpr double kEprRise = 0.6;
+    double n1 = EngineN1(a, engine);
+    if (n1 <= 0) return 1;
+    return 1 + kEprRise * std::clamp((n1 - kIdleN1) / (kClimbN1 - kIdleN1), 0.0, 1.2);
+}
+
+double AmbientPressureMb(const AircraftModel& a) {
+    // The standard atmosphere's pressure ratio below the tropopause, then
+    // its exponential decay above, on the day's sea-level pressure.
+    constexpr double kTropopauseFt = 36089;
+    constexpr double kLapse = 6.8755856e-6;        // per foot
+    constexpr double kExponent = 5.2558797;
+    constexpr double kScaleHeightFt = 20805.8;     // above the tropopause
+    double alt = std::max(a.alt, -2000.0);
+    double ratio = std::pow(1 - kLapse * std::min(alt, kTropopauseFt), kExponent);
+    if (alt > kTropopauseFt) ratio *= std::exp(-(alt - kTropopauseFt) / kScaleHeightFt);
+    return a.qnh * ratio;
+}
+
 void GroundVector(const AircraftModel& a, double& gs_knots, double& track_deg) {
     double tas = TrueAirspeed(a);
     double h = a.hdg * kDegToRad;

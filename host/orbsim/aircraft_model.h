@@ -86,6 +86,15 @@ struct AircraftModel {
     double egt_add = 0;                 // degrees Celsius added to a running engine's turbine temperature
     double oil_temperature = 80;        // degrees Celsius of a running engine's oil
     double oil_pressure = 40;           // psi of a running engine's oil
+    double oil_quantity = 14;           // quarts of oil in each engine, running or not
+    int reversers = 0;                  // 1: every engine's reverser is in use
+    // Surfaces
+    double flap_handle = 0;             // trailing-edge flaps, raw 0 up .. 16383 full
+    double spoilers = 0;                // both spoiler panels, raw 0 down .. 16383 full
+    double gear = 1;                    // every leg, 0 up .. 1 down and locked
+    double elevator_trim = 0;           // -1 nose down .. 1 nose up
+    double aileron_trim = 0;            // -1 left wing down .. 1 right wing down
+    double rudder_trim = 0;             // -1 left .. 1 right
     std::array<double, kTankCount> tank_capacity{};  // gallons
     std::array<double, kTankCount> tank{};            // gallons on board
     double lbs_per_gal = 6.7;
@@ -126,6 +135,8 @@ double EngineN1(const AircraftModel& a, int engine);          // percent
 double EngineFuelFlow(const AircraftModel& a, int engine);    // pounds an hour
 double EngineTurbineTemperature(const AircraftModel& a, int engine);  // degrees Celsius
 double EngineN2(const AircraftModel& a, int engine);                   // percent, follows N1
+double EnginePressureRatio(const AircraftModel& a, int engine);        // 1 at idle .. 1.6 at climb N1; 1 stopped
+double AmbientPressureMb(const AircraftModel& a);                      // static pressure at the aircraft
 // Ground speed and true track that the heading, airspeed and wind give.
 void GroundVector(const AircraftModel& a, double& gs_knots, double& track_deg);
 

@@ -32,6 +32,16 @@ constexpr double kPsfPerPsi = 144;
 constexpr int kGeneralEngineStride = 10;            // oil and turbine temperature blocks
 constexpr int kTurbineStride = 0x13;                // N1 and turbine flow blocks
 constexpr int kFuelFlowStride = 0x27;               // per-engine fuel flow
+constexpr int kPropellerStride = 0x23;              // oil quantity and reverser blocks
+constexpr double kPressureScale = 16;               // raw ambient units a millibar
+constexpr double kEprFactor = 0.32;                 // the module's EPR factor of engine 1
+constexpr double kSurfaceFull = 16383;              // raw value of a surface at its stop
+
+// The raw pressure source that reads as this engine's EPR through the
+// module's rule, 1 + raw x k / ambient.
+double EprSource(const AircraftModel& a, int engine) {
+    return (EnginePressureRatio(a, engine) - 1) * AmbientPressureMb(a) * kPressureScale / kEprFactor;
+}
 
 double Rankine(double celsius) { return celsius * 9.0 / 5.0 + 491.69; }
 
@@ -124,6 +134,11 @@ const TokenDef kTokens[] = {
     {0x12E, "FUEL_CAPACITY_RIGHT_TIP", GET(a.tank_capacity[6]), nullptr, false, 0},
     {0x132, "FUEL_WEIGHT_PER_GALLON", GET(a.lbs_per_gal), SET(a.lbs_per_gal = std::max(0.0, v)), false, 0},
     {0x143, "GEAR_OR_ENGINE_STATE", nullptr, nullptr, true, 1},
+    {0x146, "FLAPS_HANDLE", GET(a.flap_handle), SET(a.flap_handle = std::clamp(v, 0.0, kSurfaceFull)), false, 0},
+    {0x14C, "GEAR_NOSE_POSITION", GET(a.gear * kSurfaceFull), SET(a.gear = std::clamp(v / kSurfaceFull, 0.0, 1.0)), false, 0},
+    {0x14D, "GEAR_LEFT_POSITION", GET(a.gear * kSurfaceFull), SET(a.gear = std::clamp(v / kSurfaceFull, 0.0, 1.0)), false, 0},
+    {0x14E, "GEAR_RIGHT_POSITION", GET(a.gear * kSurfaceFull), SET(a.gear = std::clamp(v / kSurfaceFull, 0.0, 1.0)), false, 0},
+    {0x156, "AMBIENT_PRESSURE", GET(AmbientPressureMb(a) * kPressureScale), nullptr, false, 0},
     {0x150, "SIM_RATE", GET(a.rate * (h.generation == 10 ? 256.0 : 1.0)),
      SET(a.rate = std::clamp(v / (h.generation == 10 ? 256.0 : 1.0), kSimRateMin, kSimRateMax)), false, 0},
     {0x155, "OUTSIDE_TEMPERATURE", GET(OutsideTemperature(a)), nullptr, false, 0},
@@ -147,10 +162,21 @@ const TokenDef kTokens[] = {
      GET(Rankine(EngineTurbineTemperature(a, (e) - 1))), nullptr, false, 0},                                      \
     {0x272 + ((e) - 1) * kTurbineStride, "ENG" #e "_N1", GET(EngineN1(a, (e) - 1)), nullptr, false, 0},           \
     {0x273 + ((e) - 1) * kTurbineStride, "ENG" #e "_N2", GET(EngineN2(a, (e) - 1)), nullptr, false, 0},           \
-    {0x27E + ((e) - 1) * kTurbineStride, "ENG" #e "_TURBINE_FUEL_FLOW", GET(EngineFuelFlow(a, (e) - 1)), nullptr, false, 0}
+    {0x27E + ((e) - 1) * kTurbineStride, "ENG" #e "_TURBINE_FUEL_FLOW", GET(EngineFuelFlow(a, (e) - 1)), nullptr, false, 0}, \
+    {0x271 + ((e) - 1) * kTurbineStride, "ENG" #e "_CORE_N2", GET(EngineN2(a, (e) - 1)), nullptr, false, 0},      \
+    {0x279 + ((e) - 1) * kTurbineStride, "ENG" #e "_EPR_SOURCE", GET(EprSource(a, (e) - 1)), nullptr, false, 0},  \
+    {0x80 + ((e) - 1) * kPropellerStride, "ENG" #e "_REVERSER",                                                   \
+     GET((e) <= a.engines && a.reversers ? -1.0 : 0.0), nullptr, false, 0},                                      \
+    {0x95 + ((e) - 1) * kPropellerStride, "ENG" #e "_OIL_QUANTITY",                                               \
+     GET((e) <= a.engines ? a.oil_quantity : 0.0), nullptr, false, 0}
     ENGINE_BLOCK(1), ENGINE_BLOCK(2), ENGINE_BLOCK(3), ENGINE_BLOCK(4),
 #undef ENGINE_BLOCK
     {0x266, "RADIO_HEIGHT", GET((a.alt - a.ground) * kMetresPerFoot), nullptr, false, 0},
+    {0x30E, "ELEVATOR_TRIM", GET(a.elevator_trim * kSurfaceFull), SET(a.elevator_trim = std::clamp(v / kSurfaceFull, -1.0, 1.0)), false, 0},
+    {0x30F, "AILERON_TRIM", GET(a.aileron_trim * kSurfaceFull), SET(a.aileron_trim = std::clamp(v / kSurfaceFull, -1.0, 1.0)), false, 0},
+    {0x310, "RUDDER_TRIM", GET(a.rudder_trim * kSurfaceFull), SET(a.rudder_trim = std::clamp(v / kSurfaceFull, -1.0, 1.0)), false, 0},
+    {0x38B, "SPOILERS_LEFT_POSITION", GET(a.spoilers), SET(a.spoilers = std::clamp(v, 0.0, kSurfaceFull)), false, 0},
+    {0x38C, "SPOILERS_RIGHT_POSITION", GET(a.spoilers), SET(a.spoilers = std::clamp(v, 0.0, kSurfaceFull)), false, 0},
     {0x305, "AVIONICS_MASTER", GET(a.avionics), SET(a.avionics = v != 0), false, 0},
     {0x318, "FLIGHT_DIRECTOR_ACTIVE", GET(a.fd_on), SET(a.fd_on = v != 0), false, 0},
     {0x319, "FLIGHT_DIRECTOR_PITCH", nullptr, nullptr, true, 0},
@@ -270,6 +296,11 @@ const AircraftVarDef kAircraftVars[] = {
     {"KOHLSMAN SETTING MB", UnitKind::Number, AGET(a.altimeter), ASET(a.altimeter = v), nullptr},
     {"SIMULATION RATE", UnitKind::Number, AGET(a.rate), ASET(a.rate = std::clamp(v, kSimRateMin, kSimRateMax)), nullptr},
     {"FUEL TOTAL QUANTITY WEIGHT", UnitKind::Number, AGET(FuelPounds(a)), ASET(LoadFuelPounds(a, v)), nullptr},
+    // A level turn loads the wings by 1 / cos(bank); the model flies coordinated, so the ball stays centred.
+    {"G FORCE", UnitKind::Number, AGET(1.0 / std::cos(std::clamp(a.bank, -80.0, 80.0) * 0.017453292519943295)), nullptr,
+     nullptr},
+    {"TURN COORDINATOR BALL", UnitKind::Number, AGET(0.0), nullptr, nullptr},
+    {"AUTOPILOT VERTICAL HOLD", UnitKind::Number, AGET(a.vs_hold), ASET(a.vs_hold = v != 0), nullptr},
 };
 #undef AGET
 #undef ASET
@@ -314,7 +345,7 @@ bool UnitFactor(UnitKind kind, const std::string& unit, double& factor) {
         return false;
     case UnitKind::Number:
         return unit == "number" || unit == "enum" || unit == "bool" || unit == "celsius" || unit == "millibars" ||
-               unit == "pounds" || unit == "percent";
+               unit == "pounds" || unit == "percent" || unit == "gforce" || unit == "position 128";
     case UnitKind::Text:
         return unit == "string";
     }

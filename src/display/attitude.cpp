@@ -9,6 +9,7 @@
 //   [SECTION] The ball
 //   [SECTION] Aircraft symbol and warning
 //   [SECTION] Rolling readouts
+//   [SECTION] Tapes
 //   [SECTION] Heading strip and ILS scales
 #include "display/attitude.h"
 
@@ -30,6 +31,8 @@ constexpr int kOverspeedToken = 68;
 constexpr int kPositionToken = 332;
 
 float F(double v) { return static_cast<float>(v); }
+// The advance of one digit: Arial's (and its stand-ins') figures are 0.556 em wide.
+float DigitWidth(const gdi::Font& font) { return std::ceil(font.size() * 0.556f); }
 int I(double v) { return static_cast<int>(std::lround(v)); }
 
 // The value's move towards a target by at most `step`; the target itself
@@ -340,6 +343,107 @@ void DrawAltitudeDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB
         g.DrawText(text, font, colour, right, y, gdi::TextAlign::Right, gdi::TextBaseline::Middle);
     }
     g.ResetClip();
+}
+
+// [SECTION] Tapes
+void DrawSpeedTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
+                   const TapeStrip& strip, const gdi::Font& label_font, const gdi::Font& readout_font,
+                   double trend_knots) {
+    gdi::Graphics& g = *surface.graphics;
+    MoveToBall(surface, ball);
+    const float left = strip.left, right = strip.right, half = strip.half_height;
+    // 1. Strip and clip.
+    if (strip.fill != 0) {
+        gdi::SolidBrush tape(strip.fill);
+        g.FillRectangle(tape, I(left), I(-half), I(right - left), I(2 * half));
+    }
+    g.SetClipRect(I(left), I(-half), I(right - left), I(2 * half));
+
+    // 2. Ticks every 10 knots within 50 of the speed, numbers every 20.
+    gdi::Pen tick(palette::kWhite, 1.5f);
+    double speed = std::clamp(std::isfinite(in.ias) ? in.ias : 0.0, 0.0, 999.0);
+    int first = static_cast<int>(std::floor((speed - 50) / 10)) * 10;
+    for (int knots = std::max(0, first); knots <= speed + 50; knots += 10) {
+        float y = F(-(knots - speed) * kKnotUnits);
+        g.DrawLine(tick, right - 6, y, right, y);
+        if (knots % 20 == 0) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%3d", knots);
+            g.DrawText(text, label_font, palette::kWhite, right - 8, y, gdi::TextAlign::Right,
+                       gdi::TextBaseline::Middle);
+        }
+    }
+    // 3. Trend: where the speed will be in ten seconds.
+    if (trend_knots != 0 && std::isfinite(trend_knots)) {
+        gdi::Pen trend(palette::kGreen, 1.5f);
+        float tip = F(std::clamp(-trend_knots * kKnotUnits, -double(half), double(half)));
+        g.DrawLine(trend, right - 2, 0, right - 2, tip);
+        g.DrawLine(trend, right - 5, tip + (tip < 0 ? 3 : -3), right - 2, tip);
+        g.DrawLine(trend, right + 1, tip + (tip < 0 ? 3 : -3), right - 2, tip);
+    }
+    g.ResetClip();
+
+    // 4. Speed bug, pinned at the strip's ends.
+    gdi::Pen bug(palette::kSkyBlue, 2.0f);
+    double bug_y = std::clamp(-(in.selected_ias - speed) * kSpeedBugUnits, -67.0, 67.0);
+    g.DrawLine(bug, -82, F(bug_y - 4), -85, F(bug_y));
+    g.DrawLine(bug, -85, F(bug_y), -82, F(bug_y + 4));
+
+    // 5. Pointer box with the rolling speed: eleven points, the tip at the strip's edge.
+    int l = I(left), r = I(right);
+    const GpPoint box[] = {{l, -9}, {r - 6, -9}, {r - 6, -4}, {r, 0}, {r - 6, 4}, {r - 6, 9},
+                           {l, 9},  {l, -9},     {l, -9},     {l, -9}, {l, -9}};
+    gdi::SolidBrush black(palette::kBlack);
+    gdi::Pen outline(palette::kWhite, 1.0f);
+    g.FillPolygon(black, box, 11);
+    g.DrawPolygon(outline, box, 11);
+    DrawSpeedDrum(surface, readout_font, palette::kWhite, right - 8, DigitWidth(readout_font), -9, 9, speed);
+}
+
+void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
+                      const TapeStrip& strip, const gdi::Font& label_font, const gdi::Font& readout_font) {
+    gdi::Graphics& g = *surface.graphics;
+    MoveToBall(surface, ball);
+    const float left = strip.left, right = strip.right, half = strip.half_height;
+    // 1. Strip and clip.
+    if (strip.fill != 0) {
+        gdi::SolidBrush tape(strip.fill);
+        g.FillRectangle(tape, I(left), I(-half), I(right - left), I(2 * half));
+    }
+    g.SetClipRect(I(left), I(-half), I(right - left), I(2 * half));
+
+    // 2. Ticks every 100 feet from 1199 below to 1199 above, labels at 200s.
+    gdi::Pen tick(palette::kWhite, 1.5f);
+    double altitude = std::clamp(std::isfinite(in.altitude) ? in.altitude : 0.0, -9999.0, 99999.0);
+    long first = static_cast<long>(std::ceil((altitude - 1199) / 100));
+    long last = static_cast<long>(std::floor((altitude + 1199) / 100));
+    for (long hundreds = first; hundreds <= last; ++hundreds) {
+        long feet = hundreds * 100;
+        float y = F(-(feet - altitude) * kFootUnits);
+        g.DrawLine(tick, left, y, left + 5, y);
+        if (feet % 200 == 0) {
+            char text[16];
+            std::snprintf(text, sizeof text, "%5ld", feet);
+            g.DrawText(text, label_font, palette::kWhite, left + 7, y, gdi::TextAlign::Left,
+                       gdi::TextBaseline::Middle);
+        }
+    }
+    g.ResetClip();
+
+    // 3. Altitude bug: green while the hold is on.
+    gdi::Pen bug(in.altitude_hold ? palette::kGreen : palette::kSkyBlue, 2.0f);
+    double bug_y = std::clamp((altitude - in.selected_altitude) * kFootUnits, -65.0, 65.0);
+    g.DrawLine(bug, 83, F(bug_y - 4), 80, F(bug_y));
+    g.DrawLine(bug, 80, F(bug_y), 83, F(bug_y + 4));
+
+    // 4. Pointer box with the rolling altitude: nine points, the tip at the strip's edge.
+    int l = I(left), r = I(right);
+    const GpPoint box[] = {{l, 0}, {l + 6, -5}, {l + 6, -9}, {r, -9}, {r, 9}, {l + 6, 9}, {l + 6, 5}, {l, 0}, {l, 0}};
+    gdi::SolidBrush black(palette::kBlack);
+    gdi::Pen outline(palette::kWhite, 1.0f);
+    g.FillPolygon(black, box, 9);
+    g.DrawPolygon(outline, box, 9);
+    DrawAltitudeDrum(surface, readout_font, palette::kWhite, right - 2, 2 * DigitWidth(readout_font), -9, 9, altitude);
 }
 
 // [SECTION] Heading strip and ILS scales

@@ -92,6 +92,14 @@ struct BallFrame {
     ARGB ground = 0;
 };
 
+// A tape's strip about the ball's centre; a fill of 0 leaves it unpainted.
+struct TapeStrip {
+    float left = 0;                     // design x of the strip's edges
+    float right = 0;
+    float half_height = 0;              // design units above and below the centre
+    ARGB fill = 0;                      // the strip's colour, 0 for none
+};
+
 // [SECTION] Inputs, warnings, flight director
 // The inputs of this frame from the tick's samples and the simulator.
 AttitudeInputs ReadAttitudeInputs();
@@ -120,6 +128,20 @@ void DrawSingleCueDirector(const DisplaySurface& surface, const BallFrame& ball,
 void DrawAircraftSymbol(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
 // The warning of the frame in red over the ball.
 void DrawAttitudeWarning(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
+// The speed tape: 1.75 units a knot, ticks every 10 knots within 50 of the
+// speed, "%3d" labels every 20 (none below 0), the cyan speed bug at x = -82
+// and -85 pinned at 67 units, the pointer box at the strip's right edge with
+// a rolling readout, and (when `trend_knots` isn't 0) the trend arrow of the
+// speed ten seconds on.
+void DrawSpeedTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
+                   const TapeStrip& strip, const gdi::Font& label_font, const gdi::Font& readout_font,
+                   double trend_knots);
+// The altitude tape: 0.065 units a foot, 1199 feet each way, ticks every 100
+// feet, "%5d" labels on multiples of 200, the altitude bug at x = 80 and 83
+// (green while the hold is on, else cyan) pinned at 65 units, and the
+// pointer box at the strip's left edge with a rolling readout.
+void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
+                      const TapeStrip& strip, const gdi::Font& label_font, const gdi::Font& readout_font);
 // A speed readout whose last digit rolls: the leading digits end at
 // `right - digit_width`, the drum digit stands right of them and moves
 // continuously, clipped to the box `clip_top` .. `clip_bottom` (design y

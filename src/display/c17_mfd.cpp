@@ -1,6 +1,6 @@
 // c17_mfd.cpp: the C-17 screens' pages: the request variables of the outer
-// panel, the map form's order and the parameter words. State only; the pages'
-// pictures are drawn elsewhere.
+// panel, the map form's order and the parameter words, the gauge's keys, and
+// the draw routine that sends each screen to its page's picture.
 //
 // A request variable, read at each update of the instance of its screen:
 //
@@ -18,6 +18,8 @@
 //   * shown again only when the page was 3; otherwise left as it is.
 #include "display/c17_mfd.h"
 
+#include "display/c17_attitude.h"
+#include "display/c17_engine_pages.h"
 #include "frame/diagnostic_log.h"
 #include "frame/gauge_layers.h"
 #include "frame/module_state.h"
@@ -115,4 +117,82 @@ void ApplyC17PresetWord(const char* parameters) {
     } else if (is_word("CFG")) {
         screens[3].page = kC17PageConfiguration;
     }
+}
+
+// [SECTION] Drawing
+namespace {
+constexpr UINT32 kC17Window = 4025;     // the pop-up of screen 1
+
+bool Contains(const char* text, const char* word) { return text != nullptr && std::strstr(text, word) != nullptr; }
+
+// The working record back into the screen it came from.
+void StoreWorking() {
+    int screen = std::clamp(g_display.c17_working_screen, 1, kC17ScreenCount);
+    g_display.c17_screens[static_cast<size_t>(screen - 1)] = g_display.c17_working;
+}
+}  // namespace
+
+int C17DrawInstance(const char* parameters) {
+    int instance = C17ScreenNumber(parameters);
+    if (instance > kC17ScreenCount) instance = 0;
+    if (Contains(parameters, "VC") && IsPanelWindowVisible(0)) instance = 0;
+    if (instance == 1 && IsPanelWindowVisible(kC17Window) && !Contains(parameters, "WN")) instance = 0;
+    return instance;
+}
+
+void DrawC17Mfd(const DisplaySurface& surface) {
+    int screen = surface.instance;
+    if (screen < 1 || screen > kC17ScreenCount) return;
+    // 1. Load the screen's state into the working record.
+    g_display.c17_working = g_display.c17_screens[static_cast<size_t>(screen - 1)];
+    g_display.c17_working_screen = screen;
+
+    // 2. The page's picture; pages 2, 7 and 8 have none.
+    switch (g_display.c17_working.page) {
+    case kC17PagePrimaryFlight: DrawC17Attitude(surface); break;
+    case kC17PageEngines: DrawC17Engines(surface); break;
+    case kC17PageEnginesSecondary: DrawC17EnginesSecondary(surface); break;
+    case kC17PageOilAndFuel: DrawC17OilAndFuel(surface); break;
+    case kC17PageConfiguration: DrawC17Configuration(surface); break;
+    default: break;  // the navigation and map pages come with the map family
+    }
+
+    // 3. Store it back.
+    StoreWorking();
+}
+
+// [SECTION] The gauge's keys
+void C17KeyPrimaryFlight() {
+    g_display.c17_working.page = kC17PagePrimaryFlight;
+    StoreWorking();
+}
+
+void C17KeyMap() {
+    C17Screen& working = g_display.c17_working;
+    if (working.page == kC17PagePrimaryFlight || working.page == 2) return;
+    AdvanceC17MapForm(working);
+    StoreWorking();
+}
+
+void C17KeyEngines() {
+    int& page = g_display.c17_working.page;
+    if (page == kC17PageEngines) page = kC17PageEnginesSecondary;
+    else if (page == kC17PageEnginesSecondary) page = kC17PageOilAndFuel;
+    else if (page == kC17PageOilAndFuel) page = kC17PageEngines;
+    else page = kC17PageOilAndFuel;
+    StoreWorking();
+}
+
+void C17KeyConfiguration() {
+    g_display.c17_working.page = kC17PageConfiguration;
+    StoreWorking();
+}
+
+void C17MapPageStep(int direction) {
+    auto step = [direction](C17Screen& screen) {
+        if (direction < 0 && screen.page > kC17PageMap && screen.page <= kC17PageMapLast) --screen.page;
+        if (direction > 0 && screen.page >= kC17PageMap && screen.page < kC17PageMapLast) ++screen.page;
+    };
+    for (C17Screen& screen : g_display.c17_screens) step(screen);
+    step(g_display.c17_working);
 }

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "display/display_state.h"
+#include "display/display_surface.h"
 #include "frame/gauge_table.h"
 
 #include <array>
@@ -37,6 +38,24 @@ void C17MfdUpdate(GAUGEHDR* gauge, const char* parameters);
 void ProcessC17ModeRequest(int screen, GAUGEHDR* gauge);
 // The map form's next page (request value 1 and the map key).
 void AdvanceC17MapForm(C17Screen& screen);
+// [SECTION] Drawing
+// The picture an instance draws: its screen number 1 to 4, or 0 for a
+// cleared surface (no leading digit; a "VC" instance while the main panel
+// shows; screen 1 while its pop-up shows, unless the parameter has "WN").
+int C17DrawInstance(const char* parameters);
+// The page of the screen `surface.instance` names, drawn through the
+// working record: loaded before, stored back after.
+void DrawC17Mfd(const DisplaySurface& surface);
+
+// [SECTION] The gauge's keys, on the working record and its screen
+void C17KeyPrimaryFlight();             // page 1
+void C17KeyMap();                       // the map form advances; pages 1 and 2 stay
+void C17KeyEngines();                   // 9, 10, 11 in turn; from any other page 11
+void C17KeyConfiguration();             // page 12
+// C17_MFCP's map keys, on all four screens and the working record alike:
+// one map page back (5 to 4, 4 to 3) or forward (3 to 4, 4 to 5).
+void C17MapPageStep(int direction);
+
 // PANEL_SERVICE_PRE_DRAW: the parameter words "PFD", "MFD", "ENG", "CFG"
 // (with "_VC" or "_WN") preset their screen's page at every draw.
 void ApplyC17PresetWord(const char* parameters);

@@ -11,6 +11,7 @@
 //   [SECTION] Icon layers and lamps
 #include "display/control_panels.h"
 
+#include "display/c17_mfd.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"
 #include "frame/sim_access.h"
@@ -57,6 +58,20 @@ BOOL_SDK FSAPI Md80ModeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepM
 BOOL_SDK FSAPI Md80ModeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(1, kStepMd80); }); }
 BOOL_SDK FSAPI Md80AdfClick(PIXPOINT*, FLAGS32) {
     return AtMouseEntry([] { g_display.md80_adf_pointer = Flip(g_display.md80_adf_pointer); });
+}
+BOOL_SDK FSAPI C17PrimaryClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17KeyPrimaryFlight(); }); }
+BOOL_SDK FSAPI C17MapClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17KeyMap(); }); }
+BOOL_SDK FSAPI C17EnginesClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17KeyEngines(); }); }
+BOOL_SDK FSAPI C17ConfigurationClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17KeyConfiguration(); }); }
+BOOL_SDK FSAPI C17NoAction(PIXPOINT*, FLAGS32) { return FALSE; }
+BOOL_SDK FSAPI C17WindowClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { PanelWindowToggle(4025); }); }
+BOOL_SDK FSAPI C17MapBackClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17MapPageStep(-1); }); }
+BOOL_SDK FSAPI C17MapForwardClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { C17MapPageStep(1); }); }
+BOOL_SDK FSAPI C17SymbolsLeftClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.c17_symbols_left = Flip(g_display.c17_symbols_left); });
+}
+BOOL_SDK FSAPI C17SymbolsRightClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.c17_symbols_right = Flip(g_display.c17_symbols_right); });
 }
 
 constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;
@@ -105,6 +120,26 @@ void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) {
         areas.Button(155, 150, 52, 34, BoundariesClick);
         areas.Button(215, 150, 52, 34, IntersectionsClick);
         areas.Button(264, 150, 52, 34, TrafficClick);
+        break;
+    case G::C17_MFD:
+        // The bezel's keys under the screen, and the screen itself opens the pop-up.
+        areas.Button(58, 267, 29, 32, C17PrimaryClick);
+        areas.Button(85, 267, 36, 32, C17MapClick);
+        areas.Button(121, 267, 37, 32, C17NoAction);
+        areas.Button(157, 267, 36, 32, C17EnginesClick);
+        areas.Button(192, 267, 40, 32, C17ConfigurationClick);
+        areas.Button(72, 75, 70, 70, C17WindowClick);
+        break;
+    case G::C17_MFCP:
+        areas.Button(94, 198, 50, 50, NavaidsClick);
+        areas.Button(162, 198, 50, 50, AirportsClick);
+        areas.Button(344, 130, 48, 48, C17SymbolsRightClick);
+        areas.Button(35, 131, 48, 48, C17SymbolsLeftClick);
+        areas.Knob(66, 426, 82, 82, RangeDownClick, RangeUpClick);
+        areas.Button(84, 291, 42, 38, C17MapBackClick);
+        areas.Button(84, 332, 42, 38, C17MapForwardClick);
+        areas.Button(356, 291, 42, 38, C17MapBackClick);
+        areas.Button(356, 332, 42, 38, C17MapForwardClick);
         break;
     default:
         break;  // the panels of the families still to come: padding only

@@ -2,6 +2,7 @@
 // _NB and _BR twins share their base gauge's page.
 #include "display/display_families.h"
 
+#include "display/c17_mfd.h"
 #include "display/debug_page.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
@@ -19,6 +20,7 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_B737_ND_NB, &DrawB737Nd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
+    {GaugeId::C17_MFD, &DrawC17Mfd},
     {GaugeId::DEBUG, &DrawDebugPage},
 };
 }  // namespace

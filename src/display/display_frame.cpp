@@ -3,7 +3,7 @@
 //
 // A frame: graphics object from the layer's context, smoothing, dark screen
 // when the avionics power is off or the picture belongs to the pop-up
-// (instance 2), otherwise text hint, background in the profile's colour over
+// (instance 2; a C-17 screen's instance 0), otherwise text hint, background in the profile's colour over
 // the design rectangle, the page, and every object deleted before return.
 //
 // Index:
@@ -94,8 +94,10 @@ void DrawDisplay(GaugeId id, HDC hdc, int width, int height, int instance) {
     // 3. Smoothing.
     graphics.SetSmoothing(shape.smoothing);
 
-    // 4. Dark screen: power off, or the picture is shown by the pop-up.
-    if ((shape.needs_power && g_sim.avionics_power == 0) || instance == 2) {
+    // 4. Dark screen: power off, or the picture is shown by the pop-up. A
+    // C-17 instance is its screen number; 0 is its cleared surface.
+    bool cleared = id == GaugeId::C17_MFD ? instance == 0 : instance == 2;
+    if ((shape.needs_power && g_sim.avionics_power == 0) || cleared) {
         graphics.Clear(shape.clear_colour);
         return;
     }

@@ -76,6 +76,12 @@ struct DisplayState {
     int c17_first_screen_request = 10;  // "MFDX1 mode" as last read; 10 no request
     // The C-17 screens 1 to 4 at [0] to [3]: primary flight, map, engines, engines secondary.
     std::array<C17Screen, kC17ScreenCount> c17_screens{{{1, 0, 3, 9}, {3, 0, 3, 9}, {9, 0, 3, 9}, {10, 0, 3, 9}}};
+    // The record the draw routine works on: the last drawn screen's state,
+    // loaded before its draw and stored back after it; the gauge's keys act on it.
+    C17Screen c17_working{1, 0, 3, 9};
+    int c17_working_screen = 1;         // 1 to 4: whose state the working record holds
+    int c17_symbols_left = 0;           // C17_MFCP's two on/off flags the map pages read
+    int c17_symbols_right = 0;
     // Map switches, one set per family; the common switches flip them all.
     std::array<MapSwitches, kMapFamilyCount> switches{};
     int AtcBoundariesShown = 0;         // 1: ATC boundaries on the maps

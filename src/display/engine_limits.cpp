@@ -31,6 +31,13 @@ LimitLevel OilTemperatureLevel(double degrees) {
     return LimitLevel::Normal;
 }
 
+LimitLevel OilNeedleLevel(double degrees) {
+    if (degrees < kOilTemperatureLow) return LimitLevel::Caution;
+    if (degrees > kOilNeedleRed) return LimitLevel::Warning;
+    if (degrees > kOilNeedleYellow) return LimitLevel::Caution;
+    return LimitLevel::Normal;
+}
+
 LimitLevel OilQuantityLevel(double quarts) { return quarts < kOilQuantityLow ? LimitLevel::Caution : LimitLevel::Normal; }
 
 ARGB LimitColour(LimitLevel level) {

@@ -18,6 +18,8 @@ constexpr double kOilPressureLow = 70.0;     // psi; below: red
 constexpr double kOilTemperatureLow = 39.0;  // degrees; below: yellow
 constexpr double kOilTemperatureHigh = 163.5;  // degrees; above: yellow
 constexpr double kOilTemperatureRed = 177.5;   // degrees; above: red
+constexpr double kOilNeedleYellow = 163.0;   // degrees; the oil temperature needle above: yellow
+constexpr double kOilNeedleRed = 177.0;      // degrees; the needle above: red
 constexpr double kOilQuantityLow = 4.0;      // quarts; below: yellow
 constexpr double kThrustCountUp = 900.0;     // seconds the thrust text counts up
 constexpr double kThrustAllowed = 1200.0;    // seconds at maximum thrust in all
@@ -37,6 +39,8 @@ LimitLevel N1Level(double n1_percent);        // also N2: the same limits
 LimitLevel EgtLevel(double egt_celsius);
 LimitLevel OilPressureLevel(double psi);
 LimitLevel OilTemperatureLevel(double degrees);
+// The oil temperature needle's colour: the reading's low limit, whole-degree high limits.
+LimitLevel OilNeedleLevel(double degrees);
 LimitLevel OilQuantityLevel(double quarts);
 ARGB LimitColour(LimitLevel level);           // green 0xFF00FA00, yellow, red 0xFFFF0000
 

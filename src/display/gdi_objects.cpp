@@ -187,7 +187,7 @@ void SolidBrush::SetColour(ARGB colour) {
     if (s != Ok) status_ = s;
 }
 
-Font::Font(std::string_view family, float size, int style, Unit unit) {
+Font::Font(std::string_view family, float size, int style, Unit unit) : size_(size) {
     // The asked family, else "Arial", else the generic sans serif.
     WideText name = Widen(family);
     GpFontFamily* native_family = nullptr;

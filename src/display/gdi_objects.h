@@ -91,9 +91,11 @@ public:
     GpFont* native() const { return font_; }
     GpStatus status() const { return status_; }
     bool fell_back() const { return fell_back_; }  // drawn with a substitute family
+    float size() const { return size_; }           // em height in the font's unit
 
 private:
     GpFont* font_ = nullptr;
+    float size_ = 0;
     GpStatus status_ = Ok;
     bool fell_back_ = false;
 };

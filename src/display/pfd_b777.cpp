@@ -9,7 +9,6 @@
 // scales are the attitude displays' shared pieces (attitude.h).
 //
 // Index:
-//   [SECTION] Tapes
 //   [SECTION] Vertical speed
 //   [SECTION] The page
 #include "display/pfd_b777.h"
@@ -64,88 +63,6 @@ BallFrame B777Ball() {
 void ToBall(const DisplaySurface& surface) { MoveToBall(surface, B777Ball()); }
 }  // namespace
 
-// [SECTION] Tapes
-namespace {
-void DrawSpeedTape(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
-    ToBall(surface);
-    // 1. Strip and clip.
-    gdi::SolidBrush tape(Opaque(g_profile.B777PFDTape));
-    g.FillRectangle(tape, kSpeedTapeLeft, -kTapeHalfHeight, kSpeedTapeRight - kSpeedTapeLeft, 2 * kTapeHalfHeight);
-    g.SetClipRect(kSpeedTapeLeft, -kTapeHalfHeight, kSpeedTapeRight - kSpeedTapeLeft, 2 * kTapeHalfHeight);
-
-    // 2. Ticks every 10 knots within 50 of the speed, numbers every 20.
-    gdi::Pen tick(palette::kWhite, 1.5f);
-    double speed = std::max(0.0, in.ias);
-    int first = static_cast<int>(std::floor((speed - 50) / 10)) * 10;
-    for (int knots = std::max(0, first); knots <= speed + 50; knots += 10) {
-        float y = F(-(knots - speed) * kKnotUnits);
-        g.DrawLine(tick, kSpeedTapeRight - 6, y, kSpeedTapeRight, y);
-        if (knots % 20 == 0) {
-            char text[16];
-            std::snprintf(text, sizeof text, "%3d", knots);
-            g.DrawText(text, fonts.tape, palette::kWhite, kSpeedTapeRight - 8, y, gdi::TextAlign::Right,
-                       gdi::TextBaseline::Middle);
-        }
-    }
-    g.ResetClip();
-
-    // 3. Speed bug, pinned at the strip's ends.
-    gdi::Pen bug(palette::kSkyBlue, 2.0f);
-    double bug_y = std::clamp(-(in.selected_ias - speed) * kSpeedBugUnits, -67.0, 67.0);
-    g.DrawLine(bug, -82, F(bug_y - 4), -85, F(bug_y));
-    g.DrawLine(bug, -85, F(bug_y), -82, F(bug_y + 4));
-
-    // 4. Pointer box with the speed.
-    const GpPoint box[] = {{-108, -9}, {-84, -9}, {-84, -4}, {-78, 0}, {-84, 4},  {-84, 9},
-                           {-108, 9},  {-108, -9}, {-108, -9}, {-108, -9}, {-108, -9}};
-    gdi::SolidBrush black(palette::kBlack);
-    gdi::Pen outline(palette::kWhite, 1.0f);
-    g.FillPolygon(black, box, 11);
-    g.DrawPolygon(outline, box, 11);
-    DrawSpeedDrum(surface, fonts.big, palette::kWhite, -86, 9, -9, 9, speed);
-}
-
-void DrawAltitudeTape(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
-    ToBall(surface);
-    // 1. Strip and clip.
-    gdi::SolidBrush tape(Opaque(g_profile.B777PFDTape));
-    g.FillRectangle(tape, kAltTapeLeft, -kTapeHalfHeight, kAltTapeRight - kAltTapeLeft, 2 * kTapeHalfHeight);
-    g.SetClipRect(kAltTapeLeft, -kTapeHalfHeight, kAltTapeRight - kAltTapeLeft, 2 * kTapeHalfHeight);
-
-    // 2. Ticks every 100 feet from 1199 below to 1199 above, labels at 200s.
-    gdi::Pen tick(palette::kWhite, 1.5f);
-    double altitude = in.altitude;
-    long first = static_cast<long>(std::ceil((altitude - 1199) / 100));
-    long last = static_cast<long>(std::floor((altitude + 1199) / 100));
-    for (long hundreds = first; hundreds <= last; ++hundreds) {
-        long feet = hundreds * 100;
-        float y = F(-(feet - altitude) * kFootUnits);
-        g.DrawLine(tick, kAltTapeLeft, y, kAltTapeLeft + 5, y);
-        if (feet % 200 == 0) {
-            char text[16];
-            std::snprintf(text, sizeof text, "%5ld", feet);
-            g.DrawText(text, fonts.small, palette::kWhite, kAltTapeLeft + 7, y, gdi::TextAlign::Left,
-                       gdi::TextBaseline::Middle);
-        }
-    }
-    g.ResetClip();
-
-    // 3. Altitude bug: green while the hold is on.
-    gdi::Pen bug(in.altitude_hold ? palette::kGreen : palette::kSkyBlue, 2.0f);
-    double bug_y = std::clamp((altitude - in.selected_altitude) * kFootUnits, -65.0, 65.0);
-    g.DrawLine(bug, 83, F(bug_y - 4), 80, F(bug_y));
-    g.DrawLine(bug, 80, F(bug_y), 83, F(bug_y + 4));
-
-    // 4. Pointer box with the altitude.
-    const GpPoint box[] = {{78, 0}, {84, -5}, {84, -9}, {122, -9}, {122, 9}, {84, 9}, {84, 5}, {78, 0}, {78, 0}};
-    gdi::SolidBrush black(palette::kBlack);
-    gdi::Pen outline(palette::kWhite, 1.0f);
-    g.FillPolygon(black, box, 9);
-    g.DrawPolygon(outline, box, 9);
-    DrawAltitudeDrum(surface, fonts.tape, palette::kWhite, 120, 14, -9, 9, altitude);
-}
-}  // namespace
-
 // [SECTION] Vertical speed
 namespace {
 // Design units above (negative) the scale's centre for a vertical speed.
@@ -197,8 +114,9 @@ void DrawB777PfdFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
 
     // 3. Aircraft symbol and bank scale; tapes, bugs; ILS; heading; V/S.
     DrawAircraftSymbol(surface, ball, in);
-    DrawSpeedTape(g, surface, in, fonts);
-    DrawAltitudeTape(g, surface, in, fonts);
+    const ARGB tape = Opaque(g_profile.B777PFDTape);
+    DrawSpeedTape(surface, ball, in, {kSpeedTapeLeft, kSpeedTapeRight, kTapeHalfHeight, tape}, fonts.tape, fonts.big, 0);
+    DrawAltitudeTape(surface, ball, in, {kAltTapeLeft, kAltTapeRight, kTapeHalfHeight, tape}, fonts.small, fonts.tape);
     ToBall(surface);
     DrawIlsScales(surface, in, 72, 75);
     DrawHeadingStrip(surface, fonts.small, in, kHeadingStripY, kHeadingHalfWidth, palette::kMagenta);

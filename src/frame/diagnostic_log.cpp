@@ -2,7 +2,8 @@
 //
 // The log is written many times a second (a line at every callback of every
 // gauge), so it is left to the C library's buffer: no flush, no time stamp.
-// The process's end closes it.
+// The process's end closes it. A long flight would grow it without end, so
+// it stops at kDiagnosticLogCap bytes with a last line that says so.
 #include "frame/diagnostic_log.h"
 
 #include "frame/module_state.h"
@@ -11,6 +12,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 EventList g_events;
 
@@ -26,19 +28,36 @@ void OpenDiagnosticLog() {
     else
         std::snprintf(path, sizeof path, "orb1.log");
     g_module.diagnostic_log = _fsopen(path, "w", _SH_DENYNO);
+    g_module.diagnostic_log_bytes = 0;
 }
 
+namespace {
+// Counts what a write added; at the cap, the closing line and no more.
+bool LogHasRoom(int written) {
+    ModuleState& m = g_module;
+    if (written > 0) m.diagnostic_log_bytes += written;
+    if (m.diagnostic_log_bytes < kDiagnosticLogCap) return true;
+    std::fputs("orb1.log stops here: its size limit is reached\n", m.diagnostic_log);
+    std::fflush(m.diagnostic_log);
+    m.diagnostic_log_bytes = kDiagnosticLogCap;
+    return false;
+}
+bool LogOpen() { return g_module.diagnostic_log != nullptr && g_module.diagnostic_log_bytes < kDiagnosticLogCap; }
+}  // namespace
+
 void WriteLogLine(const char* line) {
-    if (g_module.diagnostic_log == nullptr || line == nullptr) return;
-    std::fputs(line, g_module.diagnostic_log);
+    if (!LogOpen() || line == nullptr) return;
+    if (std::fputs(line, g_module.diagnostic_log) < 0) return;
+    LogHasRoom(static_cast<int>(std::strlen(line)));
 }
 
 void WriteLogFormat(const char* format, ...) {
-    if (g_module.diagnostic_log == nullptr || format == nullptr) return;
+    if (!LogOpen() || format == nullptr) return;
     va_list args;
     va_start(args, format);
-    std::vfprintf(g_module.diagnostic_log, format, args);
+    int written = std::vfprintf(g_module.diagnostic_log, format, args);
     va_end(args);
+    LogHasRoom(written);
 }
 
 // [SECTION] Event list

@@ -3,7 +3,8 @@
 // orb1.log is a trace of gauge callbacks. Only a C17_MFD opens it (at its
 // initialisation, truncated), so a panel without one writes nothing; once
 // open it stays open for the life of the process. Lines are plain writes
-// with no time stamp, no flush and no size limit.
+// with no time stamp and no flush; at kDiagnosticLogCap bytes a last line
+// says the log stops, so a long flight cannot fill the disk.
 //
 // The event list keeps the few events worth keeping ("Apts '%d' approaching
 // struct_limit", "FUEL '%6.0f' loaded", "TWR Pos '%s' set", ...) in memory,
@@ -12,6 +13,7 @@
 
 #include <array>
 
+constexpr long kDiagnosticLogCap = 32L * 1024 * 1024;  // bytes orb1.log may hold
 constexpr int kEventListLimit = 400;    // events kept; the rest are dropped without a word
 constexpr int kEventTextSize = 256;     // bytes of one event with its terminator; longer texts are cut
 

@@ -305,8 +305,13 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
         } else if (is_display) {
             if (id != G::C17_MFD) EngineTick();
             if (id == G::C17_MFD) ApplyC17PresetWord(parameters);
-            int instance = WorkOutDrawInstance(id, parameters);
-            if (instance != 0) DrawStep(id, gauge, instance);
+            if (id == G::C17_MFD) {
+                // The instance is the screen; its 0 still draws, as a cleared surface.
+                DrawStep(id, gauge, C17DrawInstance(parameters));
+            } else {
+                int instance = WorkOutDrawInstance(id, parameters);
+                if (instance != 0) DrawStep(id, gauge, instance);
+            }
         } else if (id == G::DEBUG) {
             EngineTick();
             DrawStep(id, gauge, 1);

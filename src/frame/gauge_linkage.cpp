@@ -144,7 +144,11 @@ void BuildTable() {
         int width = shape.bezel_width > 0 ? shape.bezel_width : shape.surface_width;
         int height = shape.bezel_width > 0 ? shape.bezel_height : shape.surface_height;
         switch (shape.family) {
-        case GaugeFamily::Cdu: CduMouseAreas(id, areas); break;
+        case GaugeFamily::Cdu:
+            // The C-17 panel is a control panel in the CDU's frame.
+            if (id == GaugeId::C17_MFCP) ControlPanelMouseAreas(id, areas);
+            else CduMouseAreas(id, areas);
+            break;
         case GaugeFamily::ControlPanel: ControlPanelMouseAreas(id, areas); break;
         case GaugeFamily::Display:
             if (id == GaugeId::P1000_MFD || id == GaugeId::C17_MFD) ControlPanelMouseAreas(id, areas);

@@ -23,7 +23,9 @@ constexpr GaugeSpec kSpecs[kGaugeCount] = {
     {"GNSXLS_LM", F::Cdu, 0, 550, 433, 90, 57, 292, 217, 0, 176, "gnsxls_lm_callback \n", true, true},
     {"MCU", F::Cdu, 0, 501, 386, 40, 32, 420, 159, 2, 56, nullptr, true, false},
     {"MCU_LM", F::Cdu, 0, 501, 386, 40, 32, 420, 159, 2, 56, "mcu_lm_callback \n", true, true},
-    {"C17_MFCP", F::Cdu, 0, 487, 558, 0, 0, 0, 0, 0, 26, nullptr, true, false},
+    // C17_MFCP: nine working areas (four map keys, the range knob) need 30
+    // rows; a 26-row table would leave two of its map keys dead.
+    {"C17_MFCP", F::Cdu, 0, 487, 558, 0, 0, 0, 0, 0, 30, nullptr, true, false},
     {"EFS50_EADI", F::Display, 4005, 384, 371, 51, 42, 280, 262, 1, 5, "efs50_eadi_callback \n", true, false},
     {"EFS50_EADI_NB", F::Display, 4005, 0, 0, 0, 0, 280, 262, 0, 5, "efs50_eadi_nb_callback \n", true, false},
     {"EFS50_EHSI", F::Display, 4008, 384, 371, 51, 42, 280, 262, 0, 5, "efs50_ehsi_callback \n", true, false},

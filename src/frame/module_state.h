@@ -18,6 +18,7 @@ struct ModuleState {
     ULONG_PTR gdiplus_token = 0;                           // 0: GDI+ not started
     int SimGeneration = 9;                                 // 9 FS2004, 10 FSX
     FILE* diagnostic_log = nullptr;                        // open only when C17_MFD opened it
+    long diagnostic_log_bytes = 0;                         // written so far; the log stops at its cap
     void* traffic_link = nullptr;                          // outside traffic gauge's export
     std::array<char, 64> c17_parameter{};                  // C17_MFD keeps its own parameter
     bool c17_named_checked = false;                        // "MFDX1 mode".. looked up once

@@ -156,6 +156,16 @@ void ElementListKill(ELEMENT_HEADER* e) {
 }
 
 // [SECTION] Conversions and accessors
+namespace {
+constexpr double kSurfaceFullScale = 16383.0;   // raw value of a surface at its stop
+constexpr int kEngineCount = 4;                 // engines of the four-engine pages
+
+// One engine's token of a family of four; -1 for an engine out of range.
+int EngineToken(const int (&family)[kEngineCount], int engine) {
+    return engine < 0 || engine >= kEngineCount ? -1 : family[engine];
+}
+}  // namespace
+
 namespace Convert {
 double GroundSpeedKnots(double raw) { return raw / 1.68781; }
 double VerticalSpeedFpm(double raw) { return raw / 1.30048; }
@@ -178,6 +188,7 @@ double BcdToInt(unsigned bcd) {
     return ((bcd >> 12) & 0xF) * 1000 + ((bcd >> 8) & 0xF) * 100 + ((bcd >> 4) & 0xF) * 10 + (bcd & 0xF);
 }
 double BcdNavFrequencyMhz(unsigned bcd) { return BcdToInt(bcd) / 100.0 + 100.0; }
+double SurfaceFraction(double raw) { return raw / kSurfaceFullScale; }
 }  // namespace Convert
 
 double GroundSpeedKnots() { return Convert::GroundSpeedKnots(ReadToken(Token::GROUND_VELOCITY)); }
@@ -250,5 +261,57 @@ double TotalFuelFlowPph() {
     return total;
 }
 
+double EngineN2Percent(int engine) {
+    static constexpr int kN2[kEngineCount] = {Token::N2_1, Token::N2_2, Token::N2_3, Token::N2_4};
+    int token = EngineToken(kN2, engine);
+    return token < 0 ? 0 : ReadToken(token);
+}
+
+double EngineEgtCelsius(int engine) {
+    static constexpr int kEgt[kEngineCount] = {Token::TURBINE_TEMP_1, Token::TURBINE_TEMP_2, Token::TURBINE_TEMP_3,
+                                               Token::TURBINE_TEMP_4};
+    int token = EngineToken(kEgt, engine);
+    return token < 0 ? 0 : TokenCelsius(token);
+}
+
+double EngineOilQuarts(int engine) {
+    static constexpr int kQuantity[kEngineCount] = {Token::OIL_QUANTITY_1, Token::OIL_QUANTITY_2,
+                                                    Token::OIL_QUANTITY_3, Token::OIL_QUANTITY_4};
+    int token = EngineToken(kQuantity, engine);
+    return token < 0 ? 0 : ReadToken(token);
+}
+
+bool EngineReverserInUse(int engine) {
+    static constexpr int kReverser[kEngineCount] = {Token::REVERSER_1, Token::REVERSER_2, Token::REVERSER_3,
+                                                    Token::REVERSER_4};
+    int token = EngineToken(kReverser, engine);
+    return token >= 0 && ReadToken(token) < 0;
+}
+
+double EngineEprSource(int engine) {
+    static constexpr int kSource[kEngineCount] = {Token::EPR_SOURCE_1, Token::EPR_SOURCE_2, Token::EPR_SOURCE_3,
+                                                  Token::EPR_SOURCE_4};
+    int token = EngineToken(kSource, engine);
+    return token < 0 ? 0 : ReadToken(token);
+}
+
+double EprAmbientValue() { return ReadToken(Token::EPR_AMBIENT); }
+double FlapsRaw() { return ReadToken(Token::FLAPS_HANDLE); }
+
+double GearRaw(int leg) {
+    static constexpr int kGear[3] = {Token::GEAR_NOSE, Token::GEAR_LEFT, Token::GEAR_RIGHT};
+    return leg < 0 || leg > 2 ? 0 : ReadToken(kGear[leg]);
+}
+
+double SpoilerRaw(int side) {
+    if (side < 0 || side > 1) return 0;
+    return ReadToken(side == 0 ? Token::SPOILER_LEFT : Token::SPOILER_RIGHT);
+}
+
+double ElevatorTrimFraction() { return Convert::SurfaceFraction(ReadToken(Token::ELEVATOR_TRIM)); }
+double AileronTrimFraction() { return Convert::SurfaceFraction(ReadToken(Token::AILERON_TRIM)); }
+double RudderTrimFraction() { return Convert::SurfaceFraction(ReadToken(Token::RUDDER_TRIM)); }
+
+double LeadingEdgeFlapsDegrees() { return ExecuteCalculatorDouble("(A:LEADING EDGE FLAPS LEFT ANGLE,degrees)"); }
 double IndicatedAltitudeFeet() { return ExecuteCalculatorDouble("(A:INDICATED ALTITUDE, feet)"); }
 double AutopilotAltitudeFeet() { return ExecuteCalculatorDouble("(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"); }

@@ -89,6 +89,15 @@ constexpr int TURBINE_FUEL_FLOW_1 = 0x27E, TURBINE_FUEL_FLOW_2 = 0x291, TURBINE_
 constexpr int OIL_TEMP_1 = 0x231, OIL_TEMP_2 = 0x23B, OIL_TEMP_3 = 0x245, OIL_TEMP_4 = 0x24F;
 constexpr int OIL_PRESSURE_1 = 0x232, OIL_PRESSURE_2 = 0x23C, OIL_PRESSURE_3 = 0x246, OIL_PRESSURE_4 = 0x250;
 constexpr int EICAS_N2_1 = 0x273, EICAS_N2_2 = 0x286;   // the twin strip's N2 readings
+constexpr int N2_1 = 0x271, N2_2 = 0x284, N2_3 = 0x297, N2_4 = 0x2AA;        // the four-engine pages' N2
+constexpr int EPR_SOURCE_1 = 0x279, EPR_SOURCE_2 = 0x28C, EPR_SOURCE_3 = 0x29F, EPR_SOURCE_4 = 0x2B2;
+constexpr int EPR_AMBIENT = 0x156;      // the ambient value of the EPR rule, one for all engines
+constexpr int REVERSER_1 = 0x80, REVERSER_2 = 0xA3, REVERSER_3 = 0xC6, REVERSER_4 = 0xE9;  // below 0: in use
+constexpr int OIL_QUANTITY_1 = 0x95, OIL_QUANTITY_2 = 0xB8, OIL_QUANTITY_3 = 0xDB, OIL_QUANTITY_4 = 0xFE;
+constexpr int FLAPS_HANDLE = 0x146;     // raw 0..16383
+constexpr int GEAR_NOSE = 0x14C, GEAR_LEFT = 0x14D, GEAR_RIGHT = 0x14E;  // raw 0 up .. 16383 down
+constexpr int ELEVATOR_TRIM = 0x30E, AILERON_TRIM = 0x30F, RUDDER_TRIM = 0x310;  // raw -16383..16383
+constexpr int SPOILER_LEFT = 0x38B, SPOILER_RIGHT = 0x38C;  // raw 0..16383
 constexpr int AVIONICS_POWER = 0x305, FD_SWITCH = 0x318, FD_PITCH = 0x319, FD_BANK = 0x31A;
 }  // namespace Token
 
@@ -118,6 +127,19 @@ double EngineN1Percent(int engine);     // 0..3; other engines read 0
 double EicasN2Percent(int engine);      // 0..1, the twin strip's N2; other engines read 0
 double EngineOilPsi(int engine);        // 0..3, pounds a square foot / 144
 double EngineOilCelsius(int engine);    // 0..3, Rankine converted
+double EngineN2Percent(int engine);     // 0..3, the four-engine pages' N2
+double EngineEgtCelsius(int engine);    // 0..3, the turbine temperature, Rankine converted
+double EngineOilQuarts(int engine);     // 0..3
+bool EngineReverserInUse(int engine);   // 0..3: its reverser value is below 0
+double EngineEprSource(int engine);     // 0..3, raw pressure source of the EPR rule
+double EprAmbientValue();               // the EPR rule's ambient value, raw
+double FlapsRaw();                      // 0..16383
+double GearRaw(int leg);                // 0 nose, 1 left, 2 right; 0 up .. 16383 down
+double SpoilerRaw(int side);            // 0 left, 1 right; 0..16383
+double ElevatorTrimFraction();          // -1 nose down .. 1 nose up
+double AileronTrimFraction();           // -1 left wing down .. 1 right wing down
+double RudderTrimFraction();            // -1 left .. 1 right
+double LeadingEdgeFlapsDegrees();       // "(A:LEADING EDGE FLAPS LEFT ANGLE,degrees)"
 double IndicatedAltitudeFeet();         // "(A:INDICATED ALTITUDE, feet)"
 double AutopilotAltitudeFeet();         // "(A:AUTOPILOT ALTITUDE LOCK VAR, feet)"
 
@@ -134,4 +156,5 @@ double Psi(double psf);
 double NavRadialDegrees(double raw);
 double BcdToInt(unsigned bcd);
 double BcdNavFrequencyMhz(unsigned bcd);
+double SurfaceFraction(double raw);     // a surface's raw -16383..16383 as -1..1
 }  // namespace Convert

@@ -8,6 +8,8 @@
 #include "support/fake_panels.h"
 #include "support/gauge_instance.h"
 #include "support/module_reset.h"
+#include "frame/sim_state.h"
+#include "../platform/canvas.h"
 
 #include <gtest/gtest.h>
 
@@ -169,4 +171,47 @@ TEST_F(C17Screens, ParameterWordsPresetPagesAtEveryDraw) {
     near_miss->Service(PANEL_SERVICE_PRE_DRAW);
     EXPECT_EQ(Page(2), 3);
     EXPECT_EQ(Page(1), 0);                           // "PFDX" is no word
+}
+
+TEST_F(C17Screens, DrawInstanceIsTheScreenOrACleared0) {
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+    EXPECT_EQ(C17DrawInstance("PFD"), 0);             // no leading digit
+    EXPECT_EQ(C17DrawInstance("7"), 0);               // no such screen
+    sim().window_visible[0] = true;                   // the main panel shows
+    EXPECT_EQ(C17DrawInstance("2_VC"), 0);
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+    sim().window_visible[0] = false;
+    sim().window_visible[4025] = true;                // screen 1's pop-up is open
+    EXPECT_EQ(C17DrawInstance("1"), 0);
+    EXPECT_EQ(C17DrawInstance("1_WN"), 1);
+    EXPECT_EQ(C17DrawInstance("2"), 2);
+}
+
+TEST_F(C17Screens, EachScreenDrawsItsOwnPageThroughTheWorkingRecord) {
+    g_sim.avionics_power = 1;
+    auto strings_of = [&](GaugeInstance& gauge) {
+        test_canvas::TextHost host;
+        gauge.Service(PANEL_SERVICE_PRE_DRAW);
+        std::string all;
+        for (const test_canvas::Seen& seen : host.seen()) all += seen.text + "|";
+        return all;
+    };
+    auto first = Screen("1");
+    auto third = Screen("3");
+    auto fourth = Screen("4");
+    EXPECT_NE(strings_of(*first).find("ATT|"), std::string::npos);
+    EXPECT_NE(strings_of(*third).find("RATING  1.22 MCT"), std::string::npos);
+    g_display.c17_screens[3].page = kC17PageOilAndFuel;
+    std::string oil = strings_of(*fourth);
+    EXPECT_NE(oil.find("ENGINE OIL"), std::string::npos);
+    EXPECT_EQ(oil.find("ATT|"), std::string::npos);
+    EXPECT_EQ(g_display.c17_working_screen, 4);
+    EXPECT_EQ(g_display.c17_working.page, kC17PageOilAndFuel);
+    // Pages without a picture of their own draw only the background.
+    g_display.c17_screens[0].page = 7;
+    EXPECT_EQ(strings_of(*first), "");
+    // Power off: a dark screen, and the working record stays where it was.
+    g_sim.avionics_power = 0;
+    EXPECT_EQ(strings_of(*third), "");
+    EXPECT_EQ(g_display.c17_working_screen, 1);
 }

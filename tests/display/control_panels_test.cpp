@@ -298,3 +298,67 @@ TEST(MapSymbols, EachKindDrawsInItsColourAndUnknownKindsNothing) {
     EXPECT_EQ(host.seen()[0].text, "250");
     EXPECT_EQ(host.seen()[0].box.argb, 0xFF00FA00u);
 }
+
+TEST(C17Keys, BezelKeysActOnTheScreenLastDrawnAndThePanelsMapKeysOnAll) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    g_sim.avionics_power = 1;
+    ASSERT_EQ(MouseRowCount(GaugeId::C17_MFD), 20);
+    // Screen 3 drawn last: the working record is its state (page 9).
+    GaugeInstance third(GaugeId::C17_MFD, "3");
+    third.Service(PANEL_SERVICE_PRE_DRAW);
+    ASSERT_EQ(g_display.c17_working_screen, 3);
+    ASSERT_TRUE(Click(GaugeId::C17_MFD, 170, 280));      // engine key: 9 -> 10 -> 11 -> 9
+    EXPECT_EQ(g_display.c17_screens[2].page, 10);
+    Click(GaugeId::C17_MFD, 170, 280);
+    Click(GaugeId::C17_MFD, 170, 280);
+    EXPECT_EQ(g_display.c17_screens[2].page, 9);
+    Click(GaugeId::C17_MFD, 210, 280);                    // configuration
+    EXPECT_EQ(g_display.c17_screens[2].page, 12);
+    Click(GaugeId::C17_MFD, 170, 280);                    // from another page: the last engine page
+    EXPECT_EQ(g_display.c17_screens[2].page, 11);
+    Click(GaugeId::C17_MFD, 100, 280);                    // map key off the map form: the last map form (0 at start)
+    EXPECT_EQ(g_display.c17_screens[2].page, 0);
+    Click(GaugeId::C17_MFD, 100, 280);                    // on the form: 0 -> 3 -> 6
+    EXPECT_EQ(g_display.c17_screens[2].page, 3);
+    Click(GaugeId::C17_MFD, 100, 280);
+    EXPECT_EQ(g_display.c17_screens[2].page, 6);
+    Click(GaugeId::C17_MFD, 70, 280);                     // primary flight; the map key leaves it alone
+    Click(GaugeId::C17_MFD, 100, 280);
+    EXPECT_EQ(g_display.c17_screens[2].page, 1);
+    Click(GaugeId::C17_MFD, 130, 280);                    // the middle key does nothing
+    EXPECT_EQ(g_display.c17_screens[2].page, 1);
+    EXPECT_EQ(g_display.c17_screens[0].page, 1);          // the other screens untouched
+    EXPECT_EQ(g_display.c17_screens[3].page, 10);
+    Click(GaugeId::C17_MFD, 100, 100);                    // the screen opens its pop-up
+    ASSERT_EQ(scope.sim.window_toggles.size(), 1u);
+    EXPECT_EQ(scope.sim.window_toggles[0], 4025u);
+
+    // The panel's map keys step every screen on pages 3 to 5, the working record too.
+    g_display.c17_screens[0].page = 3;
+    g_display.c17_screens[1].page = 4;
+    g_display.c17_screens[2].page = 5;
+    g_display.c17_working.page = 4;
+    ASSERT_TRUE(Click(GaugeId::C17_MFCP, 370, 340));      // forward
+    EXPECT_EQ(g_display.c17_screens[0].page, 4);
+    EXPECT_EQ(g_display.c17_screens[1].page, 5);
+    EXPECT_EQ(g_display.c17_screens[2].page, 5);          // at the end
+    EXPECT_EQ(g_display.c17_screens[3].page, 10);         // not a map page
+    EXPECT_EQ(g_display.c17_working.page, 5);
+    Click(GaugeId::C17_MFCP, 100, 300);                   // back
+    Click(GaugeId::C17_MFCP, 100, 300);
+    EXPECT_EQ(g_display.c17_screens[0].page, 3);
+    EXPECT_EQ(g_display.c17_screens[2].page, 3);
+
+    // Its switches: navaids and airports common to every family, the two
+    // symbol flags its own, and the range knob on every ladder.
+    int navaids = g_display.switches[0].navaids;
+    Click(GaugeId::C17_MFCP, 110, 210);
+    EXPECT_NE(g_display.switches[0].navaids, navaids);
+    Click(GaugeId::C17_MFCP, 50, 150);
+    EXPECT_EQ(g_display.c17_symbols_left, 1);
+    EXPECT_EQ(g_display.c17_symbols_right, 0);
+    double range = g_display.c17_range;
+    Click(GaugeId::C17_MFCP, 140, 460);                   // right half: up
+    EXPECT_GT(g_display.c17_range, range);
+}

@@ -43,6 +43,14 @@ TEST(EngineLimits, ReadingColoursChangeJustPastTheirLimits) {
     EXPECT_EQ(OilTemperatureLevel(163.6), LimitLevel::Caution);
     EXPECT_EQ(OilTemperatureLevel(177.5), LimitLevel::Caution);
     EXPECT_EQ(OilTemperatureLevel(177.6), LimitLevel::Warning);
+    // The needle turns at whole degrees where the reading turns at halves.
+    EXPECT_EQ(OilNeedleLevel(38.9), LimitLevel::Caution);
+    EXPECT_EQ(OilNeedleLevel(163.0), LimitLevel::Normal);
+    EXPECT_EQ(OilNeedleLevel(163.2), LimitLevel::Caution);
+    EXPECT_EQ(OilTemperatureLevel(163.2), LimitLevel::Normal);
+    EXPECT_EQ(OilNeedleLevel(177.0), LimitLevel::Caution);
+    EXPECT_EQ(OilNeedleLevel(177.2), LimitLevel::Warning);
+    EXPECT_EQ(OilTemperatureLevel(177.2), LimitLevel::Caution);
     EXPECT_EQ(OilQuantityLevel(3.9), LimitLevel::Caution);
     EXPECT_EQ(OilQuantityLevel(4.0), LimitLevel::Normal);
     // The colours themselves.

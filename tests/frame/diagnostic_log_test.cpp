@@ -163,6 +163,28 @@ TEST(DiagnosticLog, AFolderThatCannotHoldTheLogLeavesItOffUntilTheNextTry) {
     EXPECT_EQ(ReadAll(root / "orb1.log"), "lnav_callback \n");
 }
 
+TEST(DiagnosticLog, StopsAtItsCapWithOneClosingLine) {
+    ResetModuleState();
+    fs::path root = FreshFolder();
+    UseRoot(root);
+    FakeSimulatorScope scope;
+    GaugeInstance c17(GaugeId::C17_MFD, "1");
+    c17.Service(PANEL_SERVICE_PRE_INITIALIZE);
+    // A long flight's worth of lines: a line 64 bytes long, past the cap.
+    std::string line(63, 'x');
+    line += '\n';
+    long lines = kDiagnosticLogCap / 64 + 100;
+    for (long i = 0; i < lines; ++i) WriteLogLine(line.c_str());
+    WriteLogFormat("after the end %d\n", 1);
+    EndOfProcess();
+    std::string all = ReadAll(root / "orb1.log");
+    const std::string closing = "orb1.log stops here: its size limit is reached\n";
+    ASSERT_GE(all.size(), closing.size());
+    EXPECT_EQ(all.substr(all.size() - closing.size()), closing);
+    EXPECT_EQ(static_cast<long>(all.size()), kDiagnosticLogCap + static_cast<long>(closing.size()));
+    EXPECT_EQ(all.find("after the end"), std::string::npos);
+}
+
 TEST(EventList, KeepsFourHundredEventsAndDropsTheRest) {
     ResetModuleState();
     LogEvent("FUEL '%6.0f' loaded", 12345.4);

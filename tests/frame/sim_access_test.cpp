@@ -131,3 +131,69 @@ TEST(SimAccess, EngineReadingsConvertOilUnitsAndBoundTheEngine) {
     EXPECT_NEAR(EngineOilCelsius(0), -491.69 * 5.0 / 9.0, 1e-9);  // a missing reading of 0 Rankine
     EXPECT_EQ(EngineOilCelsius(4), 0);
 }
+
+TEST(SimAccess, FourEngineReadingsComeFromTheirTokensInTheirUnits) {
+    FakeSimulatorScope scope;
+    auto& t = scope.sim.tokens;
+    // The token numbers as the simulator numbers them (decimal), so that a
+    // wrong constant shows here rather than as a silent zero on a page.
+    const int n2[4] = {625, 644, 663, 682};
+    const int egt[4] = {567, 577, 587, 597};
+    const int quantity[4] = {149, 184, 219, 254};
+    const int reverser[4] = {128, 163, 198, 233};
+    const int source[4] = {633, 652, 671, 690};
+    for (int e = 0; e < 4; ++e) {
+        t[n2[e]] = 90.0 + e;
+        t[egt[e]] = 491.69 + (600.0 + 10 * e) * 1.8;   // Celsius in Rankine
+        t[quantity[e]] = 12.5 - e;
+        t[source[e]] = 1000.0 * (e + 1);
+    }
+    t[reverser[2]] = -0.5;
+    t[reverser[3]] = 0.0;            // stowed: not below 0
+    t[342] = 16212;
+    for (int e = 0; e < 4; ++e) {
+        EXPECT_EQ(EngineN2Percent(e), 90.0 + e) << e;
+        EXPECT_NEAR(EngineEgtCelsius(e), 600.0 + 10 * e, 1e-9) << e;
+        EXPECT_EQ(EngineOilQuarts(e), 12.5 - e) << e;
+        EXPECT_EQ(EngineEprSource(e), 1000.0 * (e + 1)) << e;
+        EXPECT_EQ(EngineReverserInUse(e), e == 2) << e;
+    }
+    EXPECT_EQ(EprAmbientValue(), 16212);
+    // Engines out of range read idle, whatever their neighbours hold.
+    for (int e : {-1, 4}) {
+        EXPECT_EQ(EngineN2Percent(e), 0);
+        EXPECT_EQ(EngineEgtCelsius(e), 0);
+        EXPECT_EQ(EngineOilQuarts(e), 0);
+        EXPECT_EQ(EngineEprSource(e), 0);
+        EXPECT_FALSE(EngineReverserInUse(e));
+    }
+    // The twin strip's N2 (627, 646) stays apart from the four-engine N2.
+    t[627] = 50;
+    EXPECT_EQ(EicasN2Percent(0), 50);
+    EXPECT_EQ(EngineN2Percent(0), 90.0);
+}
+
+TEST(SimAccess, SurfacesReadRawPositionsAndTrimsAsFractions) {
+    FakeSimulatorScope scope;
+    auto& t = scope.sim.tokens;
+    t[0x146] = 9362;
+    t[0x14C] = 16383;
+    t[0x14D] = 8000;
+    t[0x14E] = 0;
+    t[0x38B] = 4000;
+    t[0x38C] = 12000;
+    t[0x30E] = -16383 / 2.0;
+    t[0x30F] = 16383;
+    t[0x310] = -16383;
+    EXPECT_EQ(FlapsRaw(), 9362);
+    EXPECT_EQ(GearRaw(0), 16383);
+    EXPECT_EQ(GearRaw(1), 8000);
+    EXPECT_EQ(GearRaw(2), 0);
+    EXPECT_EQ(GearRaw(3), 0);
+    EXPECT_EQ(SpoilerRaw(0), 4000);
+    EXPECT_EQ(SpoilerRaw(1), 12000);
+    EXPECT_EQ(SpoilerRaw(2), 0);
+    EXPECT_NEAR(ElevatorTrimFraction(), -0.5, 1e-12);
+    EXPECT_NEAR(AileronTrimFraction(), 1.0, 1e-12);
+    EXPECT_NEAR(RudderTrimFraction(), -1.0, 1e-12);
+}

@@ -294,3 +294,58 @@ TEST(AircraftModel, EngineReadingsAScriptCanPushOverTheLimits) {
     EXPECT_EQ(TokenValue(*host, 0x273), 0);
     EXPECT_EQ(TokenValue(*host, 0x232), 0);
 }
+
+TEST(AircraftModel, FourEngineAndSurfaceTokensFollowTheirKeys) {
+    auto host = std::make_unique<HostState>();
+    AircraftModel& a = host->aircraft;
+    std::string error;
+    auto epr = [&](int engine) {
+        // The module's rule with engine 1's factor: 1 + source x 0.32 / ambient.
+        return 1 + TokenValue(*host, 0x279 + 0x13 * engine) * 0.32 / TokenValue(*host, 342);
+    };
+    // Parked at sea level on a standard day: idle, EPR 1, ambient 1013.25 x 16.
+    EXPECT_NEAR(TokenValue(*host, 342), 1013.25 * 16, 1e-6);
+    EXPECT_NEAR(epr(0), 1.0, 1e-9);
+    // The take-off roll runs climb thrust (N1 90): EPR 1.6 on both engines.
+    a.ap_master = 1;
+    a.spd_hold = 1;
+    a.ap_spd = 250;
+    a.ias = 100;
+    ASSERT_NEAR(EngineN1(a, 0), 90, 1e-9);
+    EXPECT_NEAR(epr(0), 1.6, 1e-9);
+    EXPECT_NEAR(epr(1), 1.6, 1e-9);
+    EXPECT_EQ(TokenValue(*host, 0x279 + 0x13 * 2), 0);   // a twin has no third engine
+    // High up the air is thin: 238 millibars at 35,000 ft in the standard atmosphere.
+    a.alt = 35000;
+    EXPECT_NEAR(TokenValue(*host, 342) / 16, 238.4, 0.5);
+    a.alt = 0;
+    // The core N2 of the four-engine pages reads the same as the twin strip's.
+    EXPECT_NEAR(TokenValue(*host, 0x271), TokenValue(*host, 0x273), 1e-9);
+    // Oil quantity and reversers on every engine the aircraft has.
+    ASSERT_TRUE(SetAircraftField(a, "oil_qty", "3.5", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "reversers", "1", error)) << error;
+    EXPECT_EQ(TokenValue(*host, 149), 3.5);
+    EXPECT_EQ(TokenValue(*host, 184), 3.5);
+    EXPECT_EQ(TokenValue(*host, 219), 0);
+    EXPECT_LT(TokenValue(*host, 128), 0);
+    EXPECT_LT(TokenValue(*host, 163), 0);
+    EXPECT_EQ(TokenValue(*host, 198), 0);
+    ASSERT_TRUE(SetAircraftField(a, "reversers", "0", error)) << error;
+    EXPECT_EQ(TokenValue(*host, 128), 0);
+    // Surfaces: raw flaps and spoilers, the gear and trims as fractions of 16383.
+    ASSERT_TRUE(SetAircraftField(a, "flap_handle", "9362", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "spoilers", "20000", error)) << error;   // held at the stop
+    ASSERT_TRUE(SetAircraftField(a, "gear", "0", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "rudder_trim", "-0.5", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "elevator_trim", "0.25", error)) << error;
+    ASSERT_TRUE(SetAircraftField(a, "aileron_trim", "1", error)) << error;
+    EXPECT_EQ(TokenValue(*host, 0x146), 9362);
+    EXPECT_EQ(TokenValue(*host, 0x38B), 16383);
+    EXPECT_EQ(TokenValue(*host, 0x38C), 16383);
+    EXPECT_EQ(TokenValue(*host, 0x14C), 0);
+    EXPECT_NEAR(TokenValue(*host, 0x310), -16383 / 2.0, 1e-9);
+    EXPECT_NEAR(TokenValue(*host, 0x30E), 16383 / 4.0, 1e-9);
+    EXPECT_NEAR(TokenValue(*host, 0x30F), 16383, 1e-9);
+    ASSERT_TRUE(SetAircraftField(a, "gear", "1", error)) << error;
+    EXPECT_EQ(TokenValue(*host, 0x14E), 16383);
+}
