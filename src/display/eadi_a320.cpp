@@ -31,7 +31,7 @@ constexpr int kSpeedTapeRight = -88;
 constexpr int kAltTapeLeft = 84;                      // altitude strip, x
 constexpr int kAltTapeRight = 126;
 constexpr int kTapeHalfHeight = 80;
-constexpr double kSpeedBugLimit = 67;                 // design units either way
+constexpr double kSpeedBugLimit = 67;                 // where the shared tapes pin their bugs, design units
 constexpr double kAltitudeBugLimit = 65;
 constexpr int kVsScaleLeft = 130;                     // vertical speed scale, x
 constexpr int kVsScaleRight = 148;
@@ -101,102 +101,34 @@ void PinnedValue(gdi::Graphics& g, const gdi::Font& font, const char* text, int 
                gdi::TextBaseline::Middle);
 }
 
-void DrawSpeedTape(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
+// The shared tapes on this display's strips; a selected value whose bug is
+// pinned at a strip's end is printed in that end instead of off the scale.
+void DrawTapes(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
+    // 1. The two tapes with their bugs and rolling readouts.
+    const BallFrame ball = A320Ball();
+    ARGB fill = Opaque(g_profile.A320EADITape);
+    DrawSpeedTape(surface, ball, in, {kSpeedTapeLeft, kSpeedTapeRight, kTapeHalfHeight, fill}, fonts.tape,
+                  fonts.big, 0);
+    DrawAltitudeTape(surface, ball, in, {kAltTapeLeft, kAltTapeRight, kTapeHalfHeight, fill}, fonts.small, fonts.tape);
     ToBall(surface);
-    // 1. Strip and clip.
-    gdi::SolidBrush tape(Opaque(g_profile.A320EADITape));
-    g.FillRectangle(tape, kSpeedTapeLeft, -kTapeHalfHeight, kSpeedTapeRight - kSpeedTapeLeft, 2 * kTapeHalfHeight);
-    g.SetClipRect(kSpeedTapeLeft, -kTapeHalfHeight, kSpeedTapeRight - kSpeedTapeLeft, 2 * kTapeHalfHeight);
 
-    // 2. Ticks every 10 knots within 50 of the speed, numbers every 20, none below 0.
-    gdi::Pen tick(palette::kWhite, 1.5f);
+    // 2. Selected speed (or Mach under the Mach hold) beyond the bug's reach.
+    char text[16];
     double speed = std::clamp(Sane(in.ias), 0.0, 999.0);
-    int first = static_cast<int>(std::floor((speed - 50) / 10)) * 10;
-    for (int knots = std::max(0, first); knots <= speed + 50; knots += 10) {
-        float y = F(-(knots - speed) * kKnotUnits);
-        g.DrawLine(tick, kSpeedTapeRight - 6, y, kSpeedTapeRight, y);
-        if (knots % 20 == 0) {
-            char text[16];
-            std::snprintf(text, sizeof text, "%3d", knots);
-            g.DrawText(text, fonts.tape, palette::kWhite, kSpeedTapeRight - 8, y, gdi::TextAlign::Right,
-                       gdi::TextBaseline::Middle);
-        }
-    }
-    g.ResetClip();
-
-    // 3. Speed bug; pinned at the strip's end, the selected value stands
-    // in the strip there instead of off the scale.
-    gdi::Pen bug(palette::kSkyBlue, 2.0f);
-    double wanted = -(Sane(in.selected_ias) - speed) * kSpeedBugUnits;
-    double bug_y = std::clamp(wanted, -kSpeedBugLimit, kSpeedBugLimit);
-    g.DrawLine(bug, -82, F(bug_y - 4), -85, F(bug_y));
-    g.DrawLine(bug, -85, F(bug_y), -82, F(bug_y + 4));
-    if (std::fabs(wanted) > kSpeedBugLimit) {
-        char text[16];
+    double speed_y = -(Sane(in.selected_ias) - speed) * kSpeedBugUnits;
+    if (std::fabs(speed_y) > kSpeedBugLimit) {
         if (in.mach_hold) std::snprintf(text, sizeof text, "%.2f", std::clamp(Sane(in.selected_mach), 0.0, 9.99));
         else std::snprintf(text, sizeof text, "%3.0f", std::clamp(Sane(in.selected_ias), 0.0, 999.0));
-        PinnedValue(g, fonts.tape, text, kSpeedTapeLeft, kSpeedTapeRight, wanted < 0);
+        PinnedValue(g, fonts.tape, text, kSpeedTapeLeft, kSpeedTapeRight, speed_y < 0);
     }
 
-    // 4. Pointer box with the rolling speed.
-    const GpPoint box[] = {{-125, -9}, {-99, -9}, {-99, -4}, {-93, 0},  {-99, 4},  {-99, 9},
-                           {-125, 9},  {-125, 4}, {-127, 0}, {-125, -4}, {-125, -9}};
-    gdi::SolidBrush black(palette::kBlack);
-    gdi::Pen outline(palette::kWhite, 1.0f);
-    g.FillPolygon(black, box, 11);
-    g.DrawPolygon(outline, box, 11);
-    DrawSpeedDrum(surface, fonts.big, palette::kWhite, -100, 9, -9, 9, speed);
-}
-
-void DrawAltitudeTape(gdi::Graphics& g, const DisplaySurface& surface, const AttitudeInputs& in, const Fonts& fonts) {
-    ToBall(surface);
-    // 1. Strip and clip.
-    gdi::SolidBrush tape(Opaque(g_profile.A320EADITape));
-    g.FillRectangle(tape, kAltTapeLeft, -kTapeHalfHeight, kAltTapeRight - kAltTapeLeft, 2 * kTapeHalfHeight);
-    g.SetClipRect(kAltTapeLeft, -kTapeHalfHeight, kAltTapeRight - kAltTapeLeft, 2 * kTapeHalfHeight);
-
-    // 2. Ticks every 100 feet from 1199 below to 1199 above, labels at 200s.
-    gdi::Pen tick(palette::kWhite, 1.5f);
+    // 3. Selected altitude beyond the bug's reach.
     double altitude = std::clamp(Sane(in.altitude), -9999.0, 99999.0);
-    long first = static_cast<long>(std::ceil((altitude - 1199) / 100));
-    long last = static_cast<long>(std::floor((altitude + 1199) / 100));
-    for (long hundreds = first; hundreds <= last; ++hundreds) {
-        long feet = hundreds * 100;
-        float y = F(-(static_cast<double>(feet) - altitude) * kFootUnits);
-        g.DrawLine(tick, kAltTapeLeft, y, kAltTapeLeft + 5, y);
-        if (feet % 200 == 0) {
-            char text[16];
-            std::snprintf(text, sizeof text, "%5ld", feet);
-            g.DrawText(text, fonts.small, palette::kWhite, kAltTapeLeft + 7, y, gdi::TextAlign::Left,
-                       gdi::TextBaseline::Middle);
-        }
-    }
-    g.ResetClip();
-
-    // 3. Altitude bug, green while the hold is on; pinned, the selected
-    // value stands at the strip's end.
-    ARGB bug_colour = in.altitude_hold ? palette::kGreen : palette::kSkyBlue;
-    gdi::Pen bug(bug_colour, 2.0f);
-    double wanted = (altitude - Sane(in.selected_altitude)) * kFootUnits;
-    double bug_y = std::clamp(wanted, -kAltitudeBugLimit, kAltitudeBugLimit);
-    g.DrawLine(bug, 83, F(bug_y - 4), 80, F(bug_y));
-    g.DrawLine(bug, 80, F(bug_y), 83, F(bug_y + 4));
-    if (std::fabs(wanted) > kAltitudeBugLimit) {
-        char text[16];
+    double altitude_y = (altitude - Sane(in.selected_altitude)) * kFootUnits;
+    if (std::fabs(altitude_y) > kAltitudeBugLimit) {
         std::snprintf(text, sizeof text, "%5.0f", std::clamp(Sane(in.selected_altitude), -9999.0, 99999.0));
-        PinnedValue(g, fonts.tape, text, kAltTapeLeft, kAltTapeRight, wanted < 0);
+        PinnedValue(g, fonts.tape, text, kAltTapeLeft, kAltTapeRight, altitude_y < 0);
     }
-
-    // 4. Pointer box with the rolling altitude; the window of the last two
-    // digits stands taller than the box, as in this cockpit, so that the
-    // numbers rolling in and out are read.
-    const GpPoint box[] = {{84, 0},   {90, -5},  {90, -9}, {109, -9}, {109, -14}, {126, -14},
-                           {126, 14}, {109, 14}, {109, 9}, {90, 9},   {90, 5}};
-    gdi::SolidBrush black(palette::kBlack);
-    gdi::Pen outline(palette::kWhite, 1.0f);
-    g.FillPolygon(black, box, 11);
-    g.DrawPolygon(outline, box, 11);
-    DrawAltitudeDrum(surface, fonts.tape, palette::kWhite, 124, 14, -14, 14, altitude);
 }
 }  // namespace
 
@@ -309,8 +241,7 @@ void DrawA320EadiFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
 
     // 3. Aircraft symbol and bank scale; tapes, bugs; ILS; heading; V/S.
     DrawAircraftSymbol(surface, ball, in);
-    DrawSpeedTape(g, surface, in, fonts);
-    DrawAltitudeTape(g, surface, in, fonts);
+    DrawTapes(g, surface, in, fonts);
     ToBall(surface);
     DrawIlsScales(surface, in, 72, 75);
     DrawHeadingStrip(surface, fonts.small, in, kHeadingStripY, kHeadingHalfWidth, palette::kSkyBlue);
