@@ -29,7 +29,7 @@ constexpr int kRuns = 5;       // runs per state; a frame's time is their median
 using PageFrom = void (*)(const DisplaySurface&, const AttitudeInputs&);
 
 struct Display {
-    PageFrom page;
+    PageFrom page;              // the page drawn from given inputs
     int surface_width;          // the gauge's surface, pixels
     int surface_height;
     int design_width;           // the page's design canvas
