@@ -177,6 +177,10 @@ bool SetAircraftField(AircraftModel& a, std::string_view key, std::string_view v
         a.title = std::string(value.substr(0, 127));
         return true;
     }
+    if (k == "nav1_ident") {
+        a.nav1_ident = std::string(value.substr(0, 7));
+        return true;
+    }
     if (k == "nav1") {
         // MHz, 108.00 to 117.95, kept as four BCD digits of the hundredths less 100 MHz.
         double mhz = 0;
@@ -211,6 +215,7 @@ std::vector<std::string> DescribeAircraft(const AircraftModel& a) {
         lines.emplace_back(buf);
     }
     lines.push_back("title=" + a.title);
+    lines.push_back("nav1_ident=" + a.nav1_ident);
     std::snprintf(buf, sizeof buf, "nav1=%04X", a.nav1_bcd);
     lines.emplace_back(buf);
     std::string payload = "payload=";
@@ -225,7 +230,7 @@ std::vector<std::string> DescribeAircraft(const AircraftModel& a) {
 std::vector<std::string> AircraftFieldNames() {
     std::vector<std::string> names;
     for (const Field& f : kFields) names.emplace_back(f.key);
-    for (const char* special : {"wind", "zulu", "payload", "title", "nav1"}) names.emplace_back(special);
+    for (const char* special : {"wind", "zulu", "payload", "title", "nav1_ident", "nav1"}) names.emplace_back(special);
     return names;
 }
 

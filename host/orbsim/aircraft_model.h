@@ -102,6 +102,7 @@ struct AircraftModel {
     double empty_weight = kEmptyWeightLb;  // pounds; gross = empty + payload + fuel
     std::vector<double> payload;        // pounds a station, at most kMaxStations
     std::string title = "orbsim TwinJet";
+    std::string nav1_ident;             // the NAV 1 station's ident "(A:NAV IDENT:1,string)" answers
     // What the last step did (for tests and prints)
     double track = 0;                   // true track over the ground, degrees
     double gs = 0;                      // ground speed, knots

@@ -267,6 +267,7 @@ struct AircraftVarDef {
 
 const AircraftVarDef kAircraftVars[] = {
     {"TITLE", UnitKind::Text, nullptr, nullptr, [](const HostState& h) { return h.aircraft.title.c_str(); }},
+    {"NAV IDENT", UnitKind::Text, nullptr, nullptr, [](const HostState& h) { return h.aircraft.nav1_ident.c_str(); }},
     {"INDICATED ALTITUDE", UnitKind::Length, AGET(IndicatedAltitude(a)), ASET(a.alt = v - (IndicatedAltitude(a) - a.alt)), nullptr},
     {"AUTOPILOT ALTITUDE LOCK VAR", UnitKind::Length, AGET(a.ap_alt), ASET(a.ap_alt = v), nullptr},
     {"DECISION HEIGHT", UnitKind::Length, AGET(a.dh), ASET(a.dh = std::max(0.0, v)), nullptr},
