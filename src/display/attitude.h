@@ -148,7 +148,8 @@ void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, cons
 // about the ball). Drum numbers stand kDrumSpacing apart.
 void DrawSpeedDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB colour, float right,
                    float digit_width, float clip_top, float clip_bottom, double knots);
-// An altitude readout whose last two digits roll in steps of 20 feet ("%d0").
+// An altitude readout whose last two digits roll in steps of 20 feet ("%d0"),
+// the pairs a text line apart.
 void DrawAltitudeDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB colour, float right,
                       float pair_width, float clip_top, float clip_bottom, double feet);
 // Heading strip with its top at `top`, 2 units a degree, half width
