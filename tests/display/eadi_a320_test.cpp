@@ -5,13 +5,15 @@
 // geometry read back from pixels and from where the strings landed.
 #include "display/eadi_a320.h"
 
-#include "nd_fixture.h"
+#include "attitude_rig.h"
 
 #include <cmath>
 
 namespace {
 
 using nd_test::Frame;
+using attitude_rig::ColourOf;
+using attitude_rig::MiddleY;
 
 constexpr int kW = 318;  // the gauge's surface
 constexpr int kH = 311;
@@ -25,50 +27,12 @@ double PyF(double y) { return (160 + y) * kH / 310.0; }
 int Px(double x) { return static_cast<int>(std::lround(PxF(x))); }
 int Py(double y) { return static_cast<int>(std::lround(PyF(y))); }
 
-// The page drawn from `in` on a surface of the given size; a picture for
-// a person also gets the display's black background and smoothing.
+// The page drawn from `in` on a surface of the given size.
 Frame DrawPage(const AttitudeInputs& in, int width, int height, bool picture = false) {
-    Frame frame(width, height);
-    test_canvas::TextHost host;
-    {
-        gdi::Graphics graphics(frame.canvas.hdc());
-        DisplaySurface surface;
-        surface.graphics = &graphics;
-        surface.width = width;
-        surface.height = height;
-        surface.scale_x = static_cast<float>(width) / 318;
-        surface.scale_y = static_cast<float>(height) / 310;
-        ResetToDesign(surface);
-        if (picture) {
-            graphics.SetSmoothing(SmoothingModeAntiAlias);
-            gdi::SolidBrush black(palette::kBlack);
-            graphics.FillRectangle(black, 0, 0, 318, 310);
-        }
-        DrawA320EadiFrom(surface, in);
-    }
-    frame.seen = host.seen();
-    return frame;
+    return attitude_rig::DrawPage(DrawA320EadiFrom, in, width, height, 318, 310, picture);
 }
-
-// Wild samples (not a number, infinities, absurd sizes) from a broken
-// simulator value: the page prints no "nan" or "inf" and no runaway text.
-void ExpectSaneTexts(const Frame& f) {
-    for (const auto& s : f.seen) {
-        EXPECT_EQ(s.text.find("nan"), std::string::npos) << s.text;
-        EXPECT_EQ(s.text.find("inf"), std::string::npos) << s.text;
-        EXPECT_LE(s.text.size(), 10u) << s.text;
-    }
-}
-
-AttitudeInputs WildInputs(double v) {
-    AttitudeInputs in;
-    for (double* field : {&in.ias, &in.mach, &in.altitude, &in.vertical_speed, &in.radio_altitude,
-                          &in.baro_mb, &in.baro_inches, &in.selected_ias, &in.selected_mach,
-                          &in.selected_altitude, &in.selected_vs, &in.dme, &in.nav_frequency})
-        *field = v;
-    in.ias_hold = in.altitude_hold = in.nav_signal = in.fd_switch = true;
-    return in;
-}
+using attitude_rig::ExpectSaneTexts;
+using attitude_rig::WildInputs;
 
 class A320EadiTest : public ::testing::Test {
 protected:
@@ -86,10 +50,6 @@ protected:
 
     Frame Draw() { return DrawPage(in, kW, kH); }
 
-    static ARGB ColourOf(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.argb : 0;
-    }
     // The string drawn in a colour, null when none was.
     static const test_canvas::Seen* FindIn(const Frame& f, const char* text, ARGB colour) {
         for (const auto& s : f.seen)
@@ -109,10 +69,6 @@ protected:
     static double TopY(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
         return s ? s->box.text_y : -1e9;
-    }
-    static double MiddleY(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.text_y + s->box.text_height / 2 : -1e9;
     }
 
     AttitudeInputs in;

@@ -6,13 +6,15 @@
 #include "display/eadi_efs50.h"
 
 #include "frame/global_config.h"
-#include "nd_fixture.h"
+#include "attitude_rig.h"
 
 #include <cmath>
 
 namespace {
 
 using nd_test::Frame;
+using attitude_rig::ColourOf;
+using attitude_rig::MiddleY;
 
 constexpr int kW = 280;  // the gauge's surface: not the design's proportions
 constexpr int kH = 262;
@@ -23,50 +25,12 @@ double PyF(double y) { return (118 + y) * kH / 230.0; }
 int Px(double x) { return static_cast<int>(std::lround(PxF(x))); }
 int Py(double y) { return static_cast<int>(std::lround(PyF(y))); }
 
-// The page drawn from `in` on a surface of the given size; a picture for
-// a person also gets the display's black background and smoothing.
+// The page drawn from `in` on a surface of the given size.
 Frame DrawPage(const AttitudeInputs& in, int width, int height, bool picture = false) {
-    Frame frame(width, height);
-    test_canvas::TextHost host;
-    {
-        gdi::Graphics graphics(frame.canvas.hdc());
-        DisplaySurface surface;
-        surface.graphics = &graphics;
-        surface.width = width;
-        surface.height = height;
-        surface.scale_x = static_cast<float>(width) / 266;
-        surface.scale_y = static_cast<float>(height) / 230;
-        ResetToDesign(surface);
-        if (picture) {
-            graphics.SetSmoothing(SmoothingModeAntiAlias);
-            gdi::SolidBrush black(palette::kBlack);
-            graphics.FillRectangle(black, 0, 0, 266, 230);
-        }
-        DrawEfs50EadiFrom(surface, in);
-    }
-    frame.seen = host.seen();
-    return frame;
+    return attitude_rig::DrawPage(DrawEfs50EadiFrom, in, width, height, 266, 230, picture);
 }
-
-// Wild samples (not a number, infinities, absurd sizes) from a broken
-// simulator value: the page prints no "nan" or "inf" and no runaway text.
-void ExpectSaneTexts(const Frame& f) {
-    for (const auto& s : f.seen) {
-        EXPECT_EQ(s.text.find("nan"), std::string::npos) << s.text;
-        EXPECT_EQ(s.text.find("inf"), std::string::npos) << s.text;
-        EXPECT_LE(s.text.size(), 10u) << s.text;
-    }
-}
-
-AttitudeInputs WildInputs(double v) {
-    AttitudeInputs in;
-    for (double* field : {&in.ias, &in.mach, &in.altitude, &in.vertical_speed, &in.radio_altitude,
-                          &in.baro_mb, &in.baro_inches, &in.selected_ias, &in.selected_mach,
-                          &in.selected_altitude, &in.selected_vs, &in.dme, &in.nav_frequency})
-        *field = v;
-    in.ias_hold = in.altitude_hold = in.nav_signal = in.fd_switch = true;
-    return in;
-}
+using attitude_rig::ExpectSaneTexts;
+using attitude_rig::WildInputs;
 
 class Efs50EadiTest : public ::testing::Test {
 protected:
@@ -82,10 +46,6 @@ protected:
 
     Frame Draw() { return DrawPage(in, kW, kH); }
 
-    static ARGB ColourOf(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.argb : 0;
-    }
     // Where a string drawn at a point starts: its box less the sixth of an
     // em that text layout leaves before the first character.
     static double LeftX(const Frame& f, const char* text, double em) {
