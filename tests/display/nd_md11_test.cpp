@@ -174,10 +174,15 @@ TEST(Md11Route, IdentsWhereTheProjectionPutsThemOnTheArcAndOnPlan) {
     EXPECT_TRUE(plan.Has("START"));                      // PLAN starts at row 0
     EXPECT_TRUE(plan.Has("N"));
 
-    // The radio pages draw no route.
+    // The radio pages draw no route: the active waypoint's ident stands only
+    // in the top right corner's text.
     for (int mode : {kMd11ModeVor, kMd11ModeAppr}) {
         g_display.md11_mode = mode;
-        EXPECT_FALSE(DrawMd11().Has("NORTH")) << mode;
+        Frame radio = DrawMd11();
+        EXPECT_FALSE(radio.Has("EASTW")) << mode;
+        EXPECT_EQ(radio.CountText("NORTH"), 1) << mode;
+        ASSERT_NE(radio.Find("NORTH"), nullptr);
+        EXPECT_LT(radio.Find("NORTH")->box.layout_y, Sy(20)) << mode;
     }
 }
 
