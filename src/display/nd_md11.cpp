@@ -40,6 +40,7 @@ constexpr double kCardHalfSweep = 50;        // degrees of the arc each side of 
 constexpr int kSwitchLabelX = 5;             // the column of the map switches' labels
 constexpr int kSwitchLabelTop = 163;
 constexpr int kSwitchLabelStep = 12;
+constexpr int kMd11MapClipBottom = 210;      // the MAP page's map ends at this row
 
 float F(double v) { return static_cast<float>(v); }
 int Mode() { return g_display.md11_mode; }
@@ -327,11 +328,21 @@ void DrawMd11Nd(const DisplaySurface& surface) {
     bool map = IsMapPage(mode);
 
     if (plan || map) {
-        // 1. The map is clipped to its disc: the arc's circle, or the PLAN ring.
+        // 1. The map is clipped to its disc: the PLAN ring, or on MAP the
+        //    arc's circle cut level a little behind the aircraft, so that the
+        //    bottom corners' texts stand clear.
         ResetToDesign(surface);
         gdi::Path disc;
         int r = static_cast<int>(view.MapRadiusPx);
-        disc.AddEllipse(static_cast<int>(view.CentreX) - r, static_cast<int>(view.CentreY) - r, 2 * r, 2 * r);
+        int left = static_cast<int>(view.CentreX) - r, top = static_cast<int>(view.CentreY) - r;
+        if (plan) {
+            disc.AddEllipse(left, top, 2 * r, 2 * r);
+        } else {
+            double below = kMd11MapClipBottom - view.CentreY;
+            double cut = below < r ? std::asin(below / r) / kDegToRad : 90;
+            disc.AddArc(left, top, 2 * r, 2 * r, F(180 - cut), F(180 + 2 * cut));
+            disc.CloseFigure();
+        }
         g.SetClip(disc);
 
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::MD11)];
