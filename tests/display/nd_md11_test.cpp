@@ -281,3 +281,45 @@ TEST(Md11Shots, EachModeAsAPicture) {
         }
     }
 }
+
+TEST(Md11Furniture, BearingPointersBySourceAndSignal) {
+    FreshAircraft();
+    g_display.md11_mode = kMd11ModeMap;
+    g_sim.nav1_relative_bearing = 90;          // the VOR abeam on the right
+    g_sim.adf_needle = 90;                     // the NDB too
+    g_sim.nav2_relative_bearing = 270;         // VOR 2 abeam on the left
+    // The bands either side of the aircraft along its row, clear of texts.
+    const int row0 = static_cast<int>(Sy(172)), row1 = static_cast<int>(Sy(185));
+    const int right0 = static_cast<int>(Sx(160)), right1 = static_cast<int>(Sx(230));
+    const int left0 = static_cast<int>(Sx(30)), left1 = static_cast<int>(Sx(85));
+    auto green_right = [&](const Frame& f) { return f.Near(0xFF00FA00, 40, right0, row0, right1, row1); };
+    auto cyan_right = [&](const Frame& f) { return f.Near(0xFF00E6E9, 30, right0, row0, right1, row1); };
+    auto white_left = [&](const Frame& f) { return f.Near(0xFFDEE6E9, 40, left0, row0, left1, row1); };
+
+    Frame none = DrawMd11();
+    EXPECT_EQ(green_right(none), 0);
+    EXPECT_EQ(cyan_right(none), 0);
+    EXPECT_EQ(white_left(none), 0);
+    // First pointer from VOR 1: a green needle to the right.
+    g_display.md11_bearing1 = 1;
+    Frame vor = DrawMd11();
+    EXPECT_GT(green_right(vor), 40);
+    EXPECT_EQ(cyan_right(vor), 0);
+    // From the ADF: cyan, and only with a signal.
+    g_display.md11_bearing1 = 2;
+    g_sim.adf_signal = 0.5;
+    EXPECT_EQ(cyan_right(DrawMd11()), 0);
+    g_sim.adf_signal = 5;
+    Frame adf = DrawMd11();
+    EXPECT_GT(cyan_right(adf), 40);
+    EXPECT_EQ(green_right(adf), 0);
+    // The second pointer: white, to the left; not on PLAN.
+    g_display.md11_bearing2 = 1;
+    EXPECT_GT(white_left(DrawMd11()), 40);
+    g_display.md11_mode = kMd11ModeVor;
+    EXPECT_GT(white_left(DrawMd11()), 40);
+    g_display.md11_mode = kMd11ModePlan;
+    g_display.md11_radius = kMd11PlanRadius;
+    Frame plan = DrawMd11();
+    EXPECT_EQ(cyan_right(plan), 0);
+}
