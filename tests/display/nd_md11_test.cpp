@@ -323,3 +323,27 @@ TEST(Md11Furniture, BearingPointersBySourceAndSignal) {
     Frame plan = DrawMd11();
     EXPECT_EQ(cyan_right(plan), 0);
 }
+
+TEST(Md11Marks, TopOfClimbAsABlueChevronOnTheMapPages) {
+    FreshAircraft();
+    g_display.md11_mode = kMd11ModeMap;
+    g_display.md11_range = 40;
+    // T/C 20 nm ahead: 75 pixels above the aircraft at 150 pixels for 40 nm.
+    Offset(0, 20, g_vnav.TopOfClimbLatitude, g_vnav.TopOfClimbLongitude);
+    const double mark_y = 178 - 20.0 * 150 / 40;
+    auto blue_at_mark = [&](const Frame& f) {
+        return f.Near(0xFF02A7EB, 40, static_cast<int>(Sx(95)), static_cast<int>(Sy(mark_y - 8)),
+                      static_cast<int>(Sx(130)), static_cast<int>(Sy(mark_y + 12)));
+    };
+    EXPECT_EQ(blue_at_mark(DrawMd11()), 0);          // no cruise altitude, no marks
+    g_plan.context.CruiseAltitude = 35000;
+    Frame climbing = DrawMd11();
+    EXPECT_GT(blue_at_mark(climbing), 15);
+    EXPECT_FALSE(climbing.Has("T/C"));                 // the arrow style has no names
+    // Past cruise the T/C chevron goes; the radio pages have none.
+    g_vnav.CruiseReached = 1;
+    EXPECT_EQ(blue_at_mark(DrawMd11()), 0);
+    g_vnav.CruiseReached = 0;
+    g_display.md11_mode = kMd11ModeVor;
+    EXPECT_EQ(blue_at_mark(DrawMd11()), 0);
+}
