@@ -1,8 +1,8 @@
-// nd_frame_bench.cpp: the HW_B737_ND's frame over a long flight across the
-// densest part of a full-size database, at each range of the ladder, with
-// every map switch on and the proximity subsets rebuilt as the aircraft
-// moves. Reports the median and the worst frame: the map must not stutter
-// when a subset is rebuilt.
+// nd_frame_bench.cpp: the HW_B737_ND's and the HW_MD11_ND's frames over a
+// long flight across the densest part of a full-size database, at each range
+// of the ladder, with every map switch on and the proximity subsets rebuilt
+// as the aircraft moves. Reports the median and the worst frame: the map
+// must not stutter when a subset is rebuilt.
 //
 // Each range is flown five times over the same track and a frame's time is
 // the median of its five flights. The machines this runs on are shared: the
@@ -124,9 +124,10 @@ void Report(benchmark::State& state, const FlightFigures& figures) {
     state.counters["raw_worst_over_median"] = figures.median_us > 0 ? figures.raw_worst_us / figures.median_us : 0;
 }
 
-// Flies west to east through the densest cell and draws the ND each step;
+// Flies west to east through the densest cell and draws the ND each step
+// (the HW_B737_ND on its MAP page, or the HW_MD11_ND on its MAP page);
 // returns the time of each frame in microseconds.
-std::vector<double> FlyAcross(double range) {
+std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND) {
     double centre_lat = 0, centre_lon = 0;
     DensestCell(centre_lat, centre_lon);
     double start_lat = 0, start_lon = 0;
@@ -136,6 +137,9 @@ std::vector<double> FlyAcross(double range) {
     g_display = DisplayState{};
     g_display.b737_mode = kB737ModeMap;
     g_display.b737_range = range;
+    g_display.md11_mode = kMd11ModeMap;
+    g_display.md11_radius = kMd11MapRadius;
+    g_display.md11_range = range;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -153,14 +157,17 @@ std::vector<double> FlyAcross(double range) {
     }
     g_plan.context.ActiveLastRow = rows - 1;
 
-    std::vector<uint32_t> pixels(247 * 294);
-    OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), 247, 294, 247 * 4};
+    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11.
+    const bool md11 = gauge == GaugeId::HW_MD11_ND;
+    const int width = md11 ? 246 : 247, height = md11 ? 241 : 294;
+    std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
+    OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), width, height, width * 4};
     std::vector<double> times;
     times.reserve(kFrames);
     // The cold start (every subset built at once) is the first frame after
     // loading, not a frame of the flight: drawn before the timing starts.
     ProjectPoint(start_lat, start_lon, 90, 0, g_sim.latitude, g_sim.longitude);
-    DrawDisplay(GaugeId::HW_B737_ND, &dc, 247, 294, 1);
+    DrawDisplay(gauge, &dc, width, height, 1);
     for (double flown = 0; flown <= kFlightNm; flown += kStepNm) {
         ProjectPoint(start_lat, start_lon, 90, flown, g_sim.latitude, g_sim.longitude);
         g_plan.context.ActiveLeg = std::min(rows - 1, static_cast<int>(flown / 50) + 1);
@@ -168,7 +175,7 @@ std::vector<double> FlyAcross(double range) {
         // Under callgrind (bench/nd_frame_instructions.sh) each frame's
         // instructions are collected alone and dumped as one file.
         if (RUNNING_ON_VALGRIND) CALLGRIND_TOGGLE_COLLECT;
-        DrawDisplay(GaugeId::HW_B737_ND, &dc, 247, 294, 1);
+        DrawDisplay(gauge, &dc, width, height, 1);
         if (RUNNING_ON_VALGRIND) {
             CALLGRIND_TOGGLE_COLLECT;
             CALLGRIND_DUMP_STATS;
@@ -217,6 +224,23 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) {
     Report(state, Figures(flights));
 }
 
+// The HW_MD11_ND's MAP page over the same flight, at each range of its
+// ladder: navaids to 320, airports to 160, intersections to 80.
+static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) {
+    if (!LoadOnce()) {
+        state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
+        return;
+    }
+    double range = static_cast<double>(state.range(0)) / 10.0;
+    std::vector<std::vector<double>> flights;
+    const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
+    for (auto _ : state)
+        for (int flight = 0; flight < flights_flown; ++flight)
+            flights.push_back(FlyAcross(range, GaugeId::HW_MD11_ND));
+    state.counters["range_nm"] = range;
+    Report(state, Figures(flights));
+}
+
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
     for (auto _ : state)
@@ -225,6 +249,10 @@ static void BM_NdFrameMachineControl(benchmark::State& state) {
 }
 BENCHMARK(BM_NdFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Md11NdFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)->Arg(6400)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -74,6 +74,38 @@ BOOL_SDK FSAPI C17SymbolsRightClick(PIXPOINT*, FLAGS32) {
     return AtMouseEntry([] { g_display.c17_symbols_right = Flip(g_display.c17_symbols_right); });
 }
 
+// MD11_EFIS_CTRL: each mode button sets its mode; MAP and PLAN also set the
+// map radius, the VOR and APPR buttons keep the last one.
+void Md11Mode(int mode, int radius) {
+    g_display.md11_mode = mode;
+    if (radius > 0) g_display.md11_radius = radius;
+}
+// The first bearing pointer's two sources: a press turns its source on and
+// the other off, or turns the pointer off if its source was on.
+void Md11BearingSource(int source) {
+    g_display.md11_bearing1 = g_display.md11_bearing1 == source ? 0 : source;
+}
+constexpr int kMd11BearingVor = 1;
+constexpr int kMd11BearingAdf = 2;
+BOOL_SDK FSAPI Md11MapClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { Md11Mode(kMd11ModeMap, kMd11MapRadius); });
+}
+BOOL_SDK FSAPI Md11PlanClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { Md11Mode(kMd11ModePlan, kMd11PlanRadius); });
+}
+BOOL_SDK FSAPI Md11VorClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { Md11Mode(kMd11ModeVor, 0); }); }
+BOOL_SDK FSAPI Md11ApprClick(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { Md11Mode(kMd11ModeAppr, 0); }); }
+BOOL_SDK FSAPI Md11BearingVorClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { Md11BearingSource(kMd11BearingVor); });
+}
+BOOL_SDK FSAPI Md11BearingAdfClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { Md11BearingSource(kMd11BearingAdf); });
+}
+BOOL_SDK FSAPI Md11Bearing2Click(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.md11_bearing2 = Flip(g_display.md11_bearing2); });
+}
+BOOL_SDK FSAPI NoAction(PIXPOINT*, FLAGS32) { return FALSE; }
+
 constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;
 }  // namespace
 
@@ -92,6 +124,23 @@ void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) {
         areas.Button(223, 174, 34, 36, BoundariesClick);
         areas.Button(256, 48, 14, 14, TrafficClick);
         areas.Button(245, 109, 38, 38, B737DataClick);
+        break;
+    case G::MD11_EFIS_CTRL:
+        areas.Button(96, 6, 34, 23, BoundariesClick);
+        areas.Button(96, 39, 34, 23, NoAction);
+        areas.Button(96, 71, 34, 23, IntersectionsClick);
+        areas.Button(96, 104, 34, 23, NavaidsClick);
+        areas.Button(96, 138, 34, 23, AirportsClick);
+        areas.Button(155, 22, 34, 23, Md11MapClick);
+        areas.Button(155, 60, 34, 23, Md11PlanClick);
+        areas.Button(210, 22, 34, 23, Md11VorClick);
+        areas.Button(210, 60, 34, 23, Md11ApprClick);
+        areas.Button(263, 22, 34, 23, TrafficClick);
+        areas.Button(150, 105, 34, 23, Md11BearingVorClick);
+        areas.Button(150, 138, 34, 23, Md11BearingAdfClick);
+        areas.Button(191, 105, 34, 23, RangeUpClick);
+        areas.Button(191, 138, 34, 23, RangeDownClick);
+        areas.Button(232, 105, 34, 23, Md11Bearing2Click);
         break;
     case G::A300_EFIS_CTRL:
         areas.Knob(53, 145, 76, 76, Du1000ModeDown, Du1000ModeUp);

@@ -8,6 +8,7 @@
 #include "display/eadi_efs50.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
+#include "display/nd_md11.h"
 #include "display/pfd_b777.h"
 
 namespace {
@@ -20,6 +21,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_B737_ND, &DrawB737Nd},
     {GaugeId::HW_B737_ND_BR, &DrawB737Nd},
     {GaugeId::HW_B737_ND_NB, &DrawB737Nd},
+    {GaugeId::HW_MD11_ND, &DrawMd11Nd},
+    {GaugeId::HW_MD11_ND_NB, &DrawMd11Nd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},

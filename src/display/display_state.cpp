@@ -181,6 +181,8 @@ void ApplyDisplayStartModes() {
     const AircraftProfile& p = g_profile;
     d.b737_mode = p.HWB737NDMode;
     d.md11_mode = p.HWMD11NDMode;
+    // A profile that starts in PLAN starts with the PLAN button's radius.
+    d.md11_radius = d.md11_mode == kMd11ModePlan ? kMd11PlanRadius : kMd11MapRadius;
     d.du1000_mode = p.DU1000EHSIMode;
     d.efs50_hsi_mode = p.EFS50HsiMode;
     d.efs50_stored_hsi_mode = p.EFS50HsiMode;
@@ -189,4 +191,4 @@ void ApplyDisplayStartModes() {
     d.proline4_mode = p.PROLINE4MFDMode;
 }
 
-bool AnyNdInPlanMode() { return g_display.b737_mode == kB737ModePlan || g_display.md11_mode == 2; }
+bool AnyNdInPlanMode() { return g_display.b737_mode == kB737ModePlan || g_display.md11_mode == kMd11ModePlan; }

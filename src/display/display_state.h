@@ -30,6 +30,14 @@ constexpr int kB737ModeMap = 5;         // arc with the map
 constexpr int kB737ModeCtrMap = 6;      // centred map
 constexpr int kB737ModePlan = 7;        // north-up plan
 
+// MD-11 ND modes, and the map radius its panel's MAP and PLAN buttons set.
+constexpr int kMd11ModePlan = 2;        // north-up plan around the plan's centre row
+constexpr int kMd11ModeMap = 3;         // heading-up map on the arc
+constexpr int kMd11ModeVor = 4;         // arc with the VOR course
+constexpr int kMd11ModeAppr = 5;        // arc with the localiser course
+constexpr int kMd11MapRadius = 150;     // pixels, set by the MAP button
+constexpr int kMd11PlanRadius = 94;     // pixels, set by the PLAN button
+
 // One screen of the C-17 multi-function display (the gauge serves four).
 struct C17Screen {
     int page = 1;                       // 0 to 12: what the screen shows
@@ -58,6 +66,9 @@ struct DisplayState {
     int md80_adf_pointer = 0;           // 1: the MD-80 bearing pointer shows the ADF
     // The other families' modes and ranges
     int md11_mode = 3;                  // 2 PLAN, 3 MAP, 4 VOR, 5 APPR
+    int md11_radius = 150;              // pixels of the map radius, set by the MAP and PLAN buttons
+    int md11_bearing1 = 0;              // first bearing pointer's source: 0 off, 1 VOR, 2 ADF
+    int md11_bearing2 = 0;              // 1: second bearing pointer (VOR 2) shown
     double md11_range = 80;
     int du1000_mode = 0;                // 0 to 3
     double du1000_range = 60;

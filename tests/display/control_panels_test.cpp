@@ -362,3 +362,76 @@ TEST(C17Keys, BezelKeysActOnTheScreenLastDrawnAndThePanelsMapKeysOnAll) {
     Click(GaugeId::C17_MFCP, 140, 460);                   // right half: up
     EXPECT_GT(g_display.c17_range, range);
 }
+
+TEST(Md11Panel, ButtonsSetModeRadiusRangeSwitchesAndBearingPointers) {
+    ResetModuleState();
+    const GaugeId panel = GaugeId::MD11_EFIS_CTRL;
+    // Mode buttons: MAP and PLAN set the map radius too, VOR and APPR keep it.
+    ASSERT_TRUE(Click(panel, 160, 65));               // PLAN
+    EXPECT_EQ(g_display.md11_mode, 2);
+    EXPECT_EQ(g_display.md11_radius, 94);
+    ASSERT_TRUE(Click(panel, 215, 25));               // VOR
+    EXPECT_EQ(g_display.md11_mode, 4);
+    EXPECT_EQ(g_display.md11_radius, 94);
+    ASSERT_TRUE(Click(panel, 160, 25));               // MAP
+    EXPECT_EQ(g_display.md11_mode, 3);
+    EXPECT_EQ(g_display.md11_radius, 150);
+    ASSERT_TRUE(Click(panel, 243, 82));               // APPR, at the button's far corner
+    EXPECT_EQ(g_display.md11_mode, 5);
+    EXPECT_EQ(g_display.md11_radius, 150);
+    EXPECT_FALSE(Click(panel, 155 + 34, 22));         // one pixel right of MAP: nothing
+    EXPECT_EQ(g_display.md11_mode, 5);
+
+    // Range buttons step every family, the MD-11 from its start of 80.
+    ASSERT_TRUE(Click(panel, 200, 110));              // up
+    EXPECT_DOUBLE_EQ(g_display.md11_range, 160);
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 20);
+    ASSERT_TRUE(Click(panel, 200, 145));              // down
+    ASSERT_TRUE(Click(panel, 200, 145));
+    EXPECT_DOUBLE_EQ(g_display.md11_range, 40);
+
+    // The left column and the traffic button flip the common switches everywhere.
+    struct Button {
+        int x, y;
+        int MapSwitches::*field;
+    };
+    for (Button b : {Button{100, 75, &MapSwitches::intersections}, Button{100, 110, &MapSwitches::navaids},
+                     Button{100, 140, &MapSwitches::airports}, Button{270, 30, &MapSwitches::traffic}}) {
+        ASSERT_TRUE(Click(panel, b.x, b.y));
+        for (const MapSwitches& s : g_display.switches) EXPECT_EQ(s.*b.field, 1) << b.x << "," << b.y;
+    }
+    ASSERT_TRUE(Click(panel, 100, 10));               // ATC boundaries
+    EXPECT_EQ(g_display.AtcBoundariesShown, 1);
+    EXPECT_EQ(g_display.md80_boundaries_lamp, 1);
+    DisplayState before = g_display;
+    ASSERT_TRUE(Click(panel, 100, 45));               // the button without an action
+    EXPECT_EQ(g_display.md11_mode, before.md11_mode);
+    EXPECT_EQ(g_display.AtcBoundariesShown, 1);
+    for (size_t i = 0; i < g_display.switches.size(); ++i)
+        EXPECT_EQ(g_display.switches[i].intersections, before.switches[i].intersections);
+
+    // The first bearing pointer: VOR on, ADF takes over, ADF again turns it off.
+    EXPECT_EQ(g_display.md11_bearing1, 0);
+    ASSERT_TRUE(Click(panel, 160, 110));
+    EXPECT_EQ(g_display.md11_bearing1, 1);
+    ASSERT_TRUE(Click(panel, 160, 145));
+    EXPECT_EQ(g_display.md11_bearing1, 2);
+    ASSERT_TRUE(Click(panel, 160, 145));
+    EXPECT_EQ(g_display.md11_bearing1, 0);
+    ASSERT_TRUE(Click(panel, 160, 110));
+    ASSERT_TRUE(Click(panel, 160, 110));
+    EXPECT_EQ(g_display.md11_bearing1, 0);
+    // The second pointer on and off.
+    ASSERT_TRUE(Click(panel, 240, 110));
+    EXPECT_EQ(g_display.md11_bearing2, 1);
+    ASSERT_TRUE(Click(panel, 240, 110));
+    EXPECT_EQ(g_display.md11_bearing2, 0);
+
+    // A profile starting in PLAN starts with the PLAN radius.
+    g_profile.HWMD11NDMode = 2;
+    ApplyDisplayStartModes();
+    EXPECT_EQ(g_display.md11_radius, 94);
+    g_profile.HWMD11NDMode = 4;
+    ApplyDisplayStartModes();
+    EXPECT_EQ(g_display.md11_radius, 150);
+}
