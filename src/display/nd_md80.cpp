@@ -217,7 +217,8 @@ void DrawBearingPointer(gdi::Graphics& g, const DisplaySurface& surface, int mod
     bool rose = IsRose(mode);
     float r = F(rose ? kMd80RoseRadius : kMd80ArcRadius);
     float cy = F(rose ? kMd80RoseCentreY : kMd80ArcCentreY);
-    float length = r - 12;
+    // On the arc the pointer stops well inside the card, clear of the canvas sides.
+    float length = rose ? r - 12 : r * 0.7f;
     gdi::Pen pen(adf ? palette::kCyan : palette::kGreen, 1.5f);
     ResetToDesign(surface);
     g.Translate(kMd80CentreX, cy);

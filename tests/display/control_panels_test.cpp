@@ -435,3 +435,27 @@ TEST(Md11Panel, ButtonsSetModeRadiusRangeSwitchesAndBearingPointers) {
     ApplyDisplayStartModes();
     EXPECT_EQ(g_display.md11_radius, 150);
 }
+
+TEST(ControlPanels, Md80ModeKnobStepsZeroOneThreeTwoAndItsLampDarkensOnTheHsi) {
+    ResetModuleState();
+    g_display.md80_mode = 0;
+    // The knob's right half steps up, stopping at the last of 0, 1, 3, 2.
+    for (int expected : {1, 3, 2, 2}) {
+        ASSERT_TRUE(Click(GaugeId::MD80_EHSI_CTRL, 90, 70));
+        EXPECT_EQ(g_display.md80_mode, expected);
+        EXPECT_EQ(ControlPanelLayerShown(GaugeId::MD80_EHSI_CTRL, 8), expected != 2) << expected;
+    }
+    // The left half steps back down, stopping at 0.
+    for (int expected : {3, 1, 0, 0}) {
+        ASSERT_TRUE(Click(GaugeId::MD80_EHSI_CTRL, 50, 70));
+        EXPECT_EQ(g_display.md80_mode, expected);
+    }
+    // The pointer switch flips the ADF pointer each click, its lamps in turn.
+    ASSERT_TRUE(Click(GaugeId::MD80_EHSI_CTRL, 188, 75));
+    EXPECT_EQ(g_display.md80_adf_pointer, 1);
+    EXPECT_TRUE(ControlPanelLayerShown(GaugeId::MD80_EHSI_CTRL, 6));
+    EXPECT_FALSE(ControlPanelLayerShown(GaugeId::MD80_EHSI_CTRL, 7));
+    ASSERT_TRUE(Click(GaugeId::MD80_EHSI_CTRL, 188, 75));
+    EXPECT_EQ(g_display.md80_adf_pointer, 0);
+    EXPECT_TRUE(ControlPanelLayerShown(GaugeId::MD80_EHSI_CTRL, 7));
+}
