@@ -1,4 +1,4 @@
-// nd_frame_bench.cpp: the HW_B737_ND's and the HW_MD11_ND's frames over a
+// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's and the MD80_EHSI_NB's frames over a
 // long flight across the densest part of a full-size database, at each range
 // of the ladder, with every map switch on and the proximity subsets rebuilt
 // as the aircraft moves. Reports the median and the worst frame: the map
@@ -21,6 +21,7 @@
 // `orbnav import-xplane`); without one the benchmark skips with a message.
 #include "display/display_frame.h"
 #include "display/display_state.h"
+#include "display/nd_md80.h"
 #include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "guidance/geodesy.h"
@@ -140,6 +141,8 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.md11_mode = kMd11ModeMap;
     g_display.md11_radius = kMd11MapRadius;
     g_display.md11_range = range;
+    g_display.md80_mode = kMd80ModeMap;
+    g_display.md80_range = range;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -157,9 +160,11 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     }
     g_plan.context.ActiveLastRow = rows - 1;
 
-    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11.
+    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
+    // the MD-80's design size, 266 x 232.
     const bool md11 = gauge == GaugeId::HW_MD11_ND;
-    const int width = md11 ? 246 : 247, height = md11 ? 241 : 294;
+    const bool md80 = gauge == GaugeId::MD80_EHSI_NB;
+    const int width = md80 ? 266 : md11 ? 246 : 247, height = md80 ? 232 : md11 ? 241 : 294;
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
     OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), width, height, width * 4};
     std::vector<double> times;
@@ -241,6 +246,23 @@ static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) {
     Report(state, Figures(flights));
 }
 
+// The MD80_EHSI_NB's MAP page over the same flight, at each range of its
+// ladder: navaids and airports to 160, intersections to 80.
+static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) {
+    if (!LoadOnce()) {
+        state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
+        return;
+    }
+    double range = static_cast<double>(state.range(0)) / 10.0;
+    std::vector<std::vector<double>> flights;
+    const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
+    for (auto _ : state)
+        for (int flight = 0; flight < flights_flown; ++flight)
+            flights.push_back(FlyAcross(range, GaugeId::MD80_EHSI_NB));
+    state.counters["range_nm"] = range;
+    Report(state, Figures(flights));
+}
+
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
     for (auto _ : state)
@@ -253,6 +275,10 @@ BENCHMARK(BM_NdFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Md11NdFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)->Arg(6400)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Md80EhsiFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);
