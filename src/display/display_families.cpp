@@ -4,6 +4,7 @@
 
 #include "display/c17_mfd.h"
 #include "display/debug_page.h"
+#include "display/efs50_tcas.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
 #include "display/pfd_b777.h"
@@ -22,6 +23,7 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},
     {GaugeId::DEBUG, &DrawDebugPage},
+    {GaugeId::EFS50_TCAS, &DrawEfs50Tcas},
 };
 }  // namespace
 
