@@ -165,6 +165,8 @@ bool TrafficValue(const HostState& host, const std::string& field, double& value
 void PublishTraffic(HostState& host) {
     TrafficSource& t = host.traffic;
     double now = host.aircraft.sim_time;
+    // A gauge that has gone away refreshes nothing; its last block stays.
+    if (!t.installed) return;
     if (!t.dirty && now - t.published_at < kTrafficPublishSeconds) return;
     unsigned char* block = t.block.data();
     // The module writes 0 into the first word when it has read a refresh.
