@@ -22,6 +22,7 @@ constexpr double kTrafficPi = 3.14159254;
 constexpr char kTrafficCharacters[] = "OPTRv-^";
 constexpr int kTrendCharacterOffset = 5;
 constexpr int kClassCount = 4;
+constexpr int kTrafficRingMarginPx = 8;    // a target on the ring keeps its whole symbol
 
 // Text colours of the classes.
 constexpr ARGB kTrafficAdvisoryColour = 0xFFFFFF00;
@@ -180,6 +181,13 @@ void DrawTraffic(const DisplaySurface& surface, double radius_px, double range, 
     TrafficKindStyle style = StyleOf(kind);
     gdi::Font font(kArialFont, style.font_size, style.font_style);
     int rows = g_traffic.TargetCount < kTrafficTableRows ? g_traffic.TargetCount : kTrafficTableRows;
+    // Targets beyond the range ring stay off the furniture around it; the
+    // caller's own clip (a window, a fan) still holds.
+    GraphicsState before = g.Save();
+    gdi::Path ring;
+    int margin = static_cast<int>(radius_px) + kTrafficRingMarginPx;
+    ring.AddEllipse(static_cast<int>(cx) - margin, static_cast<int>(cy) - margin, 2 * margin, 2 * margin);
+    g.SetClip(ring, CombineModeIntersect);
     for (int i = 1; i <= rows; ++i) {
         const TrafficTarget& target = g_traffic.targets[static_cast<size_t>(i)];
         // 1. Only targets within the vertical range.
@@ -208,4 +216,5 @@ void DrawTraffic(const DisplaySurface& surface, double radius_px, double range, 
         DrawMapSymbol(g, x, y, style.first_symbol + ClassIndex(target.target_class), kNoLabel, 1, 1, kMapWhite,
                       range);
     }
+    g.Restore(before);
 }

@@ -312,7 +312,7 @@ TEST_F(Traffic, AltitudeTextsColoursAndTheVerticalRangeLimits) {
 }
 
 // [SECTION] On the pictures
-TEST_F(Traffic, EfsScreenDrawsOnlyTargetsInsideTheVerticalRange) {
+TEST_F(Traffic, EfsScreenDrawsOnlyTargetsInsideTheVerticalRangeAndTheRing) {
     InstallGauge();
     g_config.TcasVertRange = 27;
     // +2700 ft (drawn, advisory), +2800 (not), -2700 (drawn, other), -2800 (not).
@@ -346,6 +346,17 @@ TEST_F(Traffic, EfsScreenDrawsOnlyTargetsInsideTheVerticalRange) {
     double x = 140 + 40 * std::sin(a), y = 146 - 40 * std::cos(a);
     EXPECT_NEAR(on.Find("+27")->box.layout_x, x - 13, 1.5);
     EXPECT_NEAR(on.Find("+27")->box.layout_y, y + 12, 1.5);
+
+    // A resolution advisory dead ahead at 9 nm is inside the ring, at 13 nm outside it:
+    // red at 90 pixels above the centre, nothing at 130.
+    SetRecord(5, 0, 0, 3, 9, 0);
+    SetRecord(6, 0, 0, 3, 13, 0);
+    SetSlot(1, 5);
+    SetSlot(2, 6);
+    Publish(2, 6);
+    Frame ring = DrawNd(1, GaugeId::EFS50_TCAS, 280, 262);
+    EXPECT_GT(ring.Near(0xFFFF0000, 30, 134, 146 - 90 - 6, 146, 146 - 90 + 6), 20);
+    EXPECT_EQ(ring.Near(0xFFFF0000, 30, 134, 146 - 130 - 6, 146, 146 - 130 + 6), 0);
 }
 
 TEST_F(Traffic, NdPlacesTargetsAtRangeAndShowsTheSwitchAtTheSide) {
