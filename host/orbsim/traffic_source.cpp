@@ -91,7 +91,8 @@ bool CheckTrafficCommand(const std::vector<std::string>& w, std::string& error) 
         if (w.size() != 6 && w.size() != 9) return error = "traffic add ID LAT LON ALT [HDG KT VS]", false;
         double n = 0;
         for (size_t k = 3; k < w.size(); ++k)
-            if (!ParseNumber(w[k], n)) return error = "traffic add: '" + w[k] + "' is no number", false;
+            if (!ParseNumber(w[k], n) || !std::isfinite(n))
+                return error = "traffic add: '" + w[k] + "' is no number", false;
         double lat = 0, lon = 0;
         ParseNumber(w[3], lat);
         ParseNumber(w[4], lon);

@@ -11,6 +11,7 @@
 #include "orbsim/host_state.h"
 #include "orbsim/traffic_source.h"
 #include "support/fake_panels.h"
+#include "support/gauge_instance.h"
 
 #include <cstring>
 #include <map>
@@ -431,6 +432,32 @@ TEST_F(Traffic, OutsideCountIsTakenAndBoundedToTheTable) {
     EXPECT_EQ(g_traffic.TargetCount, 2);
 }
 
+TEST_F(Traffic, GaugeServicesLinkAtInstallAndTheNbTakesTheCountAtUpdate) {
+    InstallGauge();
+    int32_t count = 4;
+    Exports()["tcas_target_cnt"] = {&count, TYPE_PSINT32};
+    // A display of the list links at its install service; a CDU doesn't.
+    GaugeInstance cdu(GaugeId::SMITHS_FMS, "");
+    cdu.Service(PANEL_SERVICE_POST_INSTALL);
+    EXPECT_EQ(g_module.traffic_link, nullptr);
+    GaugeInstance nd(GaugeId::HW_B737_ND_NB, "");
+    nd.Service(PANEL_SERVICE_POST_INSTALL);
+    EXPECT_EQ(g_module.traffic_link, Gauge().block.data());
+    EXPECT_EQ(Gauge().calls, 1);
+    // The _NB twin reads the second source at start-up and its count at each update.
+    nd.Service(PANEL_SERVICE_PRE_INITIALIZE);
+    nd.Service(PANEL_SERVICE_PRE_UPDATE);
+    EXPECT_EQ(g_traffic.TargetCount, 4);
+    count = 2;
+    nd.Service(PANEL_SERVICE_PRE_UPDATE);
+    EXPECT_EQ(g_traffic.TargetCount, 2);
+    // The plain ND has no second source.
+    g_traffic.TargetCount = 0;
+    GaugeInstance plain(GaugeId::HW_B737_ND, "");
+    plain.Service(PANEL_SERVICE_PRE_UPDATE);
+    EXPECT_EQ(g_traffic.TargetCount, 0);
+}
+
 // [SECTION] orbsim as the outside gauge
 TEST_F(Traffic, OrbsimTargetsMoveAndReachTheTable) {
     using namespace orbsim;
@@ -448,6 +475,7 @@ TEST_F(Traffic, OrbsimTargetsMoveAndReachTheTable) {
     ASSERT_TRUE(RunTrafficCommand(g_host, add, error));
     EXPECT_FALSE(CheckTrafficCommand({"traffic", "add", "B", "95", "0", "0"}, error));
     EXPECT_FALSE(CheckTrafficCommand({"traffic", "fly"}, error));
+    EXPECT_FALSE(CheckTrafficCommand({"traffic", "add", "C", "47", "-122", "inf"}, error));
     PublishTraffic(g_host);
     UseOrbsimRegistry() = true;
     g_sim.heading_true = 90;
