@@ -33,6 +33,18 @@ constexpr int kPositionToken = 332;
 float F(double v) { return static_cast<float>(v); }
 // The advance of one digit: Arial's (and its stand-ins') figures are 0.556 em wide.
 float DigitWidth(const gdi::Font& font) { return std::ceil(font.size() * 0.556f); }
+// What a text cell leaves on each side of its glyphs: a sixth of the em.
+float TextPadding(const gdi::Font& font) { return font.size() / 6.0f; }
+// A drum's window: black, outlined, a little taller than the pointer box.
+void DrumWindow(gdi::Graphics& g, float left, float width, float half_height) {
+    gdi::SolidBrush black(palette::kBlack);
+    gdi::Pen outline(palette::kWhite, 1.0f);
+    g.FillRectangle(black, static_cast<int>(std::lround(left)), static_cast<int>(std::lround(-half_height)),
+                    static_cast<int>(std::lround(width)), static_cast<int>(std::lround(2 * half_height)));
+    g.DrawRectangle(outline, static_cast<int>(std::lround(left)), static_cast<int>(std::lround(-half_height)),
+                    static_cast<int>(std::lround(width)), static_cast<int>(std::lround(2 * half_height)));
+}
+constexpr float kDrumWindowHalfHeight = 13;  // design units above and below the box's centre
 int I(double v) { return static_cast<int>(std::lround(v)); }
 
 // The value's move towards a target by at most `step`; the target itself
@@ -104,6 +116,9 @@ AttitudeInputs ReadAttitudeInputs() {
     if (!ExecuteCalculatorText("(A:NAV IDENT:1,string)", in.nav_ident.data(), static_cast<int>(in.nav_ident.size())))
         in.nav_ident[0] = '\0';
     in.nav_ident.back() = '\0';
+    in.gps_drives_nav = ExecuteCalculatorInt("(A:GPS DRIVES NAV1,Bool)") != 0;
+    in.nav_frequency = BcdNavFrequencyMhz(Token::NAV1_FREQUENCY);
+    in.nav_is_localizer = g_sim.nav1_is_vor == 0;
     return in;
 }
 
@@ -232,6 +247,24 @@ void DrawAttitudeBall(const DisplaySurface& surface, const BallFrame& ball, cons
     g.ResetClip();
 }
 
+void DrawSingleCueDirector(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in) {
+    if (!in.fd_switch) return;
+    gdi::Graphics& g = *surface.graphics;
+    // 1. Up or down by the pitch bar, as the cross bars; rolled by how far
+    // the bank is from the commanded one.
+    MoveToBall(surface, ball);
+    float y = F(std::clamp(-(g_display.fd_pitch_bar - in.pitch) * kUnitsPerDegree, -50.0, 50.0));
+    g.Translate(0, y);
+    g.Rotate(F(g_display.fd_bank_bar - in.bank));
+    // 2. The two wedges, apex at the centre, opening downwards over the wings.
+    gdi::SolidBrush magenta(palette::kMagenta);
+    const GpPoint right[] = {{1, 0}, {46, 15}, {46, 21}, {1, 6}};
+    const GpPoint left[] = {{-1, 0}, {-46, 15}, {-46, 21}, {-1, 6}};
+    g.FillPolygon(magenta, right, 4);
+    g.FillPolygon(magenta, left, 4);
+    MoveToBall(surface, ball);
+}
+
 // [SECTION] Aircraft symbol and warning
 void DrawAircraftSymbol(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in) {
     gdi::Graphics& g = *surface.graphics;
@@ -289,7 +322,10 @@ void DrawSpeedDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB co
     // 2. The last digit rolls: the digits around it stand a drum step apart.
     double units = speed - tens * 10.0;
     float middle = (clip_top + clip_bottom) / 2;
-    g.SetClipRect(I(right - digit_width), I(clip_top), I(digit_width + 1), I(clip_bottom - clip_top));
+    // Right-aligned text ends a cell's padding short of its x: the window
+    // takes the glyph where it really stands.
+    float pad = TextPadding(font);
+    g.SetClipRect(I(right - digit_width - pad), I(clip_top), I(digit_width + pad + 1), I(clip_bottom - clip_top));
     int whole = static_cast<int>(units);
     for (int digit = whole - 1; digit <= whole + 1; ++digit) {
         float y = F(middle - (digit - units) * kDrumSpacing);
@@ -313,11 +349,15 @@ void DrawAltitudeDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB
         g.DrawText(text, font, colour, right - pair_width, middle, gdi::TextAlign::Right, gdi::TextBaseline::Middle);
     }
     // 2. The last two digits roll in twenties: 00, 20, 40, 60, 80.
+    // The pairs stand a line apart, so that half way between two steps both
+    // show in the window.
     double steps = (magnitude - hundreds * 100.0) / 20.0;
     int whole = static_cast<int>(steps);
-    g.SetClipRect(I(right - pair_width), I(clip_top), I(pair_width + 1), I(clip_bottom - clip_top));
+    float pad = TextPadding(font);
+    float line = font.size() * 1.2f;
+    g.SetClipRect(I(right - pair_width - pad), I(clip_top), I(pair_width + pad + 1), I(clip_bottom - clip_top));
     for (int step = whole - 1; step <= whole + 1; ++step) {
-        float y = F(middle - (step - steps) * kDrumSpacing);
+        float y = F(middle - (step - steps) * line);
         std::snprintf(text, sizeof text, "%d0", ((step * 2) % 10 + 10) % 10);
         g.DrawText(text, font, colour, right, y, gdi::TextAlign::Right, gdi::TextBaseline::Middle);
     }
@@ -376,7 +416,10 @@ void DrawSpeedTape(const DisplaySurface& surface, const BallFrame& ball, const A
     gdi::Pen outline(palette::kWhite, 1.0f);
     g.FillPolygon(black, box, 11);
     g.DrawPolygon(outline, box, 11);
-    DrawSpeedDrum(surface, readout_font, palette::kWhite, right - 8, DigitWidth(readout_font), -9, 9, speed);
+    float digit = DigitWidth(readout_font), pad = TextPadding(readout_font);
+    DrumWindow(g, right - 8 - digit - pad - 1, digit + pad + 2, kDrumWindowHalfHeight);
+    DrawSpeedDrum(surface, readout_font, palette::kWhite, right - 8, digit, -kDrumWindowHalfHeight,
+                  kDrumWindowHalfHeight, speed);
 }
 
 void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in,
@@ -422,7 +465,10 @@ void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, cons
     gdi::Pen outline(palette::kWhite, 1.0f);
     g.FillPolygon(black, box, 9);
     g.DrawPolygon(outline, box, 9);
-    DrawAltitudeDrum(surface, readout_font, palette::kWhite, right - 2, 2 * DigitWidth(readout_font), -9, 9, altitude);
+    float pair = 2 * DigitWidth(readout_font), pad = TextPadding(readout_font);
+    DrumWindow(g, right - 2 - pair - pad - 1, pair + pad + 2, kDrumWindowHalfHeight);
+    DrawAltitudeDrum(surface, readout_font, palette::kWhite, right - 2, pair, -kDrumWindowHalfHeight,
+                     kDrumWindowHalfHeight, altitude);
 }
 
 // [SECTION] Heading strip and ILS scales

@@ -79,6 +79,9 @@ struct AttitudeInputs {
     bool overspeed = false;             // overspeed warning on
     double position_332 = 16383;        // token 332, full scale 16383
     int phase = 0;                      // the tick's 18-phase counter, for flicker
+    bool gps_drives_nav = false;        // the NAV hold follows the GPS, not the radio
+    double nav_frequency = 0;           // NAV 1 frequency, MHz
+    bool nav_is_localizer = false;      // NAV 1 is tuned to a localizer, not a VOR
 };
 
 // Where a display's ball stands and how it is painted.
@@ -117,6 +120,10 @@ void MoveToBall(const DisplaySurface& surface, const BallFrame& ball);
 // Sky, ground, horizon and ladder clipped to the outline and turned by the
 // bank; then the flight director and the flickering flight path vector.
 void DrawAttitudeBall(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
+// The single-cue flight director: command bars in the shape of a V, up or
+// down by the pitch bar and rolled by the bank bar less the bank, which the
+// aircraft symbol is flown into. Drawn instead of the ball's cross bars.
+void DrawSingleCueDirector(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
 // The own-aircraft symbol, the bank scale, the bank pointer and the slip bar.
 void DrawAircraftSymbol(const DisplaySurface& surface, const BallFrame& ball, const AttitudeInputs& in);
 // The warning of the frame in red over the ball.
@@ -141,7 +148,8 @@ void DrawAltitudeTape(const DisplaySurface& surface, const BallFrame& ball, cons
 // about the ball). Drum numbers stand kDrumSpacing apart.
 void DrawSpeedDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB colour, float right,
                    float digit_width, float clip_top, float clip_bottom, double knots);
-// An altitude readout whose last two digits roll in steps of 20 feet ("%d0").
+// An altitude readout whose last two digits roll in steps of 20 feet ("%d0"),
+// the pairs a text line apart.
 void DrawAltitudeDrum(const DisplaySurface& surface, const gdi::Font& font, ARGB colour, float right,
                       float pair_width, float clip_top, float clip_bottom, double feet);
 // Heading strip with its top at `top`, 2 units a degree, half width

@@ -4,6 +4,8 @@
 
 #include "display/c17_mfd.h"
 #include "display/debug_page.h"
+#include "display/eadi_a320.h"
+#include "display/eadi_efs50.h"
 #include "display/efs50_tcas.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
@@ -22,6 +24,9 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},
+    {GaugeId::A320_EADI_NB, &DrawA320Eadi},
+    {GaugeId::EFS50_EADI, &DrawEfs50Eadi},
+    {GaugeId::EFS50_EADI_NB, &DrawEfs50Eadi},
     {GaugeId::DEBUG, &DrawDebugPage},
     {GaugeId::EFS50_TCAS, &DrawEfs50Tcas},
 };

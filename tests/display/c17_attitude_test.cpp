@@ -6,13 +6,15 @@
 
 #include "display/display_state.h"
 #include "frame/aircraft_profile.h"
-#include "nd_fixture.h"
+#include "attitude_rig.h"
 
 #include <cmath>
 
 namespace {
 
 using nd_test::Frame;
+using attitude_rig::ColourOf;
+using attitude_rig::MiddleY;
 
 constexpr int kW = 246;  // drawn at the design size: a unit is a pixel
 constexpr int kH = 241;
@@ -34,35 +36,11 @@ protected:
         in.g_load = 1.0;
     }
 
-    Frame Draw() {
-        Frame frame(kW, kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = 1;
-            surface.scale_y = 1;
-            ResetToDesign(surface);
-            DrawC17AttitudeFrom(surface, in);
-        }
-        frame.seen = host.seen();
-        return frame;
-    }
-    static ARGB ColourOf(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.argb : 0;
-    }
+    Frame Draw() { return attitude_rig::DrawPage(DrawC17AttitudeFrom, in, kW, kH, kW, kH); }
     // Where a string's box starts, in canvas pixels.
     static double LeftOf(const Frame& f, const char* text) {
         const test_canvas::Seen* s = f.Find(text);
         return s ? s->box.layout_x : -1e9;
-    }
-    static double MiddleY(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.text_y + s->box.text_height / 2 : -1e9;
     }
     // The same for a string drawn right of a canvas x (the ladder repeats numbers).
     static double MiddleYRightOf(const Frame& f, const char* text, double x) {
@@ -195,7 +173,7 @@ TEST_F(C17AttitudeTest, ReadoutsRollTheirLastDigits) {
     EXPECT_NEAR((MiddleY(f, "4") + MiddleY(f, "5")) / 2, Py(0), 1.5);
     EXPECT_TRUE(f.Has("100"));  // the altitude's hundreds
     double drum_20 = MiddleYRightOf(f, "20", Px(100)), drum_40 = MiddleYRightOf(f, "40", Px(100));
-    EXPECT_NEAR(drum_20 - drum_40, 20, 1.5);
+    EXPECT_NEAR(drum_20 - drum_40, 8 * 1.2, 1.5);  // a line of the 8-unit readout font apart
     EXPECT_NEAR((drum_20 + drum_40) / 2, Py(0), 1.5);
 
     // A tape label every 20 knots within 50, none below 0.

@@ -4,13 +4,15 @@
 // read back from pixels and from where the strings landed.
 #include "display/pfd_b777.h"
 
-#include "nd_fixture.h"
+#include "attitude_rig.h"
 
 #include <cmath>
 
 namespace {
 
 using nd_test::Frame;
+using attitude_rig::ColourOf;
+using attitude_rig::MiddleY;
 
 constexpr int kW = 247;  // the gauge's surface
 constexpr int kH = 294;
@@ -33,33 +35,8 @@ protected:
         in.baro_mb = 1013.2;
     }
 
-    Frame Draw() {
-        Frame frame(kW, kH);
-        test_canvas::TextHost host;
-        {
-            gdi::Graphics graphics(frame.canvas.hdc());
-            DisplaySurface surface;
-            surface.graphics = &graphics;
-            surface.width = kW;
-            surface.height = kH;
-            surface.scale_x = static_cast<float>(kW) / 260;
-            surface.scale_y = static_cast<float>(kH) / 260;
-            ResetToDesign(surface);
-            DrawB777PfdFrom(surface, in);
-        }
-        frame.seen = host.seen();
-        return frame;
-    }
+    Frame Draw() { return attitude_rig::DrawPage(DrawB777PfdFrom, in, kW, kH, 260, 260); }
 
-    // The colour a string was drawn in, 0 when it was not drawn.
-    static ARGB ColourOf(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.argb : 0;
-    }
-    static double MiddleY(const Frame& f, const char* text) {
-        const test_canvas::Seen* s = f.Find(text);
-        return s ? s->box.text_y + s->box.text_height / 2 : -1e9;
-    }
 
     AttitudeInputs in;
 };

@@ -13,12 +13,19 @@ TEST(PanelCfg, TheSamplePanelHasItsWindowsGaugesAndProfileName) {
     PanelDesc panel;
     std::string error;
     ASSERT_TRUE(orbsim::ReadPanelFile(std::string(ORB_SOURCE_DIR) + "/data/sim/panels/twinjet.cfg", panel, error)) << error;
-    ASSERT_EQ(panel.windows.size(), 3u);
+    ASSERT_EQ(panel.windows.size(), 4u);
     EXPECT_EQ(panel.windows[0].ident, 0);
     EXPECT_TRUE(panel.windows[0].visible);
     EXPECT_EQ(panel.windows[1].ident, 4004);
     EXPECT_FALSE(panel.windows[1].visible);
     EXPECT_EQ(panel.windows[2].ident, 4011);
+    EXPECT_EQ(panel.windows[3].ident, 4030);
+    EXPECT_FALSE(panel.windows[3].visible);
+    // The instrument window: each C-17 screen once, by the digit of its parameter.
+    std::string screens;
+    for (const auto& g : panel.windows[3].gauges)
+        if (g.gauge == "C17_MFD") screens += g.parameters;
+    EXPECT_EQ(screens, "1234");
     bool profile = false, cdu = false, popup_nd = false;
     for (const auto& w : panel.windows)
         for (const auto& g : w.gauges) {
