@@ -9,6 +9,7 @@
 #include "fsuipc_server.h"
 #include "gauge_store.h"
 #include "key_event_log.h"
+#include "traffic_source.h"
 
 #include <panel_sdk.h>
 
@@ -60,6 +61,7 @@ struct HostState {
     FsuipcServer fsuipc;
     SimConnectState simconnect;
     GaugeStore gauges;
+    TrafficSource traffic;                    // the outside traffic gauge orbsim plays
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;

@@ -45,6 +45,8 @@ const char kHelp[] =
     "  click GAUGE X Y [BUTTON]    a click at bezel pixel X,Y of GAUGE or GAUGE#N\n"
     "  key GAUGE NAME              press a CDU key by its name (EXEC, LSK2L, RTE, ...)\n"
     "  type GAUGE TEXT             press the CDU keys that type TEXT, a frame after each\n"
+    "  traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID\n"
+    "                              play the outside traffic gauge: its export and moving targets\n"
     "  set NAME VALUE              a token (number or name, raw units), A:NAME[, UNIT] or L:NAME\n"
     "  aircraft KEY=VALUE ...      place and configure the aircraft (lat lon alt hdg ias gs vs\n"
     "                              wind=DIR/SPEED var fuel rate ap_hdg_hold hdg_bug ...)\n"

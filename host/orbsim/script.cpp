@@ -104,6 +104,7 @@ constexpr CommandSpec kCommands[] = {
     {"profile", 1, 2, "profile FILE [PREDICTIONS]"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
+    {"traffic", 1, 8, "traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
@@ -289,6 +290,7 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
         error = "clear tokenreads|keyevents|all";
         return false;
     }
+    if (name == "traffic" && !CheckTrafficCommand(w, error)) return false;
     if (name == "simconnect" && w[1] != "on" && w[1] != "off") {
         error = "simconnect on|off";
         return false;
@@ -553,6 +555,11 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
             return true;
         }
         return Fail(error, "fsuipc has requests, lookups, rejected, library, tower.*, and 0xOFFSET[.SIZE]");
+    }
+    if (head == "traffic" && p.size() == 2) {
+        double n = 0;
+        if (!TrafficValue(host, p[1], n, error)) return false;
+        return value = Number(n), true;
     }
     if (head == "simconnect" && p.size() == 2) {
         const SimConnectState& s = host.simconnect;
@@ -1013,6 +1020,9 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 if (static_cast<int>(list.size()) >= kMaxRunwayAirports) return bad("more than 16 airports with runways");
                 list.push_back(answer);
             }
+        } else if (cmd == "traffic") {
+            std::string why;
+            if (!RunTrafficCommand(host, w, why)) return bad(why);
         } else if (cmd == "simconnect") {
             if (host.module != nullptr) return bad("simconnect on|off must come before the first panel (the module is loaded then)");
             host.simconnect.enabled = w[1] == "on";

@@ -134,6 +134,8 @@ void RunFrame(HostState& host, bool advance) {
         host.panel_time += dt;
         if (!host.aircraft.paused) StepAircraft(host.aircraft, dt * host.aircraft.rate);
     }
+    // The outside traffic gauge refreshes its block before the gauges draw.
+    PublishTraffic(host);
     if (host.gauges.loaded) DrawFrame(host.gauges);
 }
 

@@ -14,6 +14,8 @@
 #include "display/c17_mfd.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"
+#include "frame/sim_state.h"
+#include "guidance/lnav.h"
 #include "frame/sim_access.h"
 #include "resources/panel_layouts.h"
 
@@ -106,6 +108,88 @@ BOOL_SDK FSAPI Md11Bearing2Click(PIXPOINT*, FLAGS32) {
 }
 BOOL_SDK FSAPI NoAction(PIXPOINT*, FLAGS32) { return FALSE; }
 
+// PROLINE4_MFD_CTRL and the EFS 50 EHSI panel: bearing pointer sources 0, 1, 2, 3, 0.
+int NextSource(int source) { return source >= 0 && source < 3 ? source + 1 : 0; }
+BOOL_SDK FSAPI Proline4ModeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(-1, kStepProline4); }); }
+BOOL_SDK FSAPI Proline4ModeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { StepMode(1, kStepProline4); }); }
+BOOL_SDK FSAPI Proline4Bearing1(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.proline4_bearing[0] = NextSource(g_display.proline4_bearing[0]); });
+}
+BOOL_SDK FSAPI Proline4Bearing2(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.proline4_bearing[1] = NextSource(g_display.proline4_bearing[1]); });
+}
+
+// EFS50_EHSI_CNTR: the HSI mode keys step within their group, entering it at its first mode.
+constexpr UINT32 kDecisionHeightUp = 0x10311;   // while below 990 ft
+constexpr UINT32 kDecisionHeightDown = 0x10312; // while above 0
+constexpr UINT32 kCourseRight = 0x10157;
+constexpr UINT32 kCourseLeft = 0x10158;
+BOOL_SDK FSAPI Efs50FullModes(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        int& m = g_display.efs50_hsi_mode;
+        m = m >= 1 && m < 3 ? m + 1 : 1;
+    });
+}
+BOOL_SDK FSAPI Efs50ArcModes(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        int& m = g_display.efs50_hsi_mode;
+        m = m >= 4 && m < 7 ? m + 1 : 4;
+    });
+}
+BOOL_SDK FSAPI Efs50NavMode(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.efs50_nav_mode = g_display.efs50_nav_mode == 1 ? 2 : 1; });
+}
+BOOL_SDK FSAPI Efs50RangeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { Efs50RangeKey(1); }); }
+BOOL_SDK FSAPI Efs50RangeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { Efs50RangeKey(-1); }); }
+BOOL_SDK FSAPI Efs50Bearing1(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.efs50_bearing[0] = NextSource(g_display.efs50_bearing[0]); });
+}
+BOOL_SDK FSAPI Efs50Bearing2(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.efs50_bearing[1] = NextSource(g_display.efs50_bearing[1]); });
+}
+BOOL_SDK FSAPI Efs50Lnav(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { LnavToggle(); }); }
+BOOL_SDK FSAPI DecisionHeightUp(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        if (ExecuteCalculatorDouble("(A:DECISION HEIGHT,FEET)") < 990) TriggerKeyEvent(kDecisionHeightUp, 0);
+    });
+}
+BOOL_SDK FSAPI DecisionHeightDown(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        if (ExecuteCalculatorDouble("(A:DECISION HEIGHT,FEET)") > 0) TriggerKeyEvent(kDecisionHeightDown, 0);
+    });
+}
+BOOL_SDK FSAPI CourseLeft(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { TriggerKeyEvent(kCourseLeft, 0); }); }
+BOOL_SDK FSAPI CourseRight(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { TriggerKeyEvent(kCourseRight, 0); }); }
+
+// P1000_MFD_CNTR: its own flags; PLAN and traffic ask the MFD to repaint at once.
+constexpr double kP1000MapX = 134, kP1000MapY = 148, kP1000MapRadius = 53;
+BOOL_SDK FSAPI P1000Plan(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        DisplayState& d = g_display;
+        d.p1000_plan = Flip(d.p1000_plan);
+        if (d.p1000_plan == 0) {
+            d.p1000_map_x = kP1000MapX;
+            d.p1000_map_y = kP1000MapY;
+            d.p1000_map_radius = kP1000MapRadius;
+        }
+        g_tick.slow_refresh = 999;
+    });
+}
+BOOL_SDK FSAPI P1000Traffic(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] {
+        g_display.p1000_traffic = Flip(g_display.p1000_traffic);
+        g_tick.slow_refresh = 999;
+    });
+}
+BOOL_SDK FSAPI P1000RangeUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { RangeUp(); }); }
+BOOL_SDK FSAPI P1000RangeDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { RangeDown(); }); }
+BOOL_SDK FSAPI P1000Airports(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.p1000_airports = Flip(g_display.p1000_airports); });
+}
+BOOL_SDK FSAPI P1000Navaids(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { g_display.p1000_navaids = Flip(g_display.p1000_navaids); });
+}
+
 constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;
 }  // namespace
 
@@ -169,6 +253,37 @@ void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) {
         areas.Button(155, 150, 52, 34, BoundariesClick);
         areas.Button(215, 150, 52, 34, IntersectionsClick);
         areas.Button(264, 150, 52, 34, TrafficClick);
+        break;
+    case G::PROLINE4_MFD_CTRL:
+        // The range knob lies over the middle of the mode knob: later in the table, it wins there.
+        areas.Knob(120, 13, 68, 46, Proline4ModeDown, Proline4ModeUp);
+        areas.Knob(137, 13, 34, 46, RangeDownClick, RangeUpClick);
+        areas.Button(177, 55, 26, 26, TrafficClick);
+        areas.Button(43, 15, 26, 26, Proline4Bearing1);
+        areas.Button(43, 54, 26, 26, Proline4Bearing2);
+        break;
+    case G::EFS50_EHSI_CNTR:
+    case G::EFS50_EHSI_CNTR_LM:
+        areas.Knob(54, 100, 55, 55, HeadingLeft, HeadingRight, kRepeat);
+        areas.Knob(60, 18, 36, 40, DecisionHeightUp, DecisionHeightDown, kRepeat);
+        areas.Button(135, 46, 45, 30, Efs50FullModes);
+        areas.Button(198, 46, 45, 30, Efs50ArcModes);
+        areas.Button(260, 46, 45, 30, Efs50NavMode);
+        areas.Button(324, 46, 45, 30, Efs50RangeUp);
+        areas.Button(135, 83, 45, 30, Efs50Bearing1);
+        areas.Button(198, 83, 45, 30, Efs50Bearing2);
+        areas.Button(260, 83, 45, 30, TrafficClick);
+        areas.Button(324, 83, 45, 30, Efs50RangeDown);
+        areas.Button(198, 120, 45, 30, Efs50Lnav);
+        areas.Button(260, 120, 45, 30, BoundariesClick);
+        areas.Knob(384, 106, 54, 54, CourseLeft, CourseRight, kRepeat);
+        break;
+    case G::P1000_MFD_CNTR:
+        areas.Button(65, 25, 55, 55, P1000Plan);
+        areas.Button(131, 25, 60, 55, P1000Traffic);
+        areas.StackedKnob(70, 135, 40, 50, P1000RangeDown, P1000RangeUp);
+        areas.Button(150, 165, 40, 40, P1000Airports);
+        areas.Button(215, 114, 40, 40, P1000Navaids);
         break;
     case G::C17_MFD:
         // The bezel's keys under the screen, and the screen itself opens the pop-up.

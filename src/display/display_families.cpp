@@ -6,6 +6,7 @@
 #include "display/debug_page.h"
 #include "display/eadi_a320.h"
 #include "display/eadi_efs50.h"
+#include "display/efs50_tcas.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
 #include "display/nd_md11.h"
@@ -32,6 +33,7 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::EFS50_EADI, &DrawEfs50Eadi},
     {GaugeId::EFS50_EADI_NB, &DrawEfs50Eadi},
     {GaugeId::DEBUG, &DrawDebugPage},
+    {GaugeId::EFS50_TCAS, &DrawEfs50Tcas},
 };
 }  // namespace
 

@@ -192,3 +192,21 @@ void ApplyDisplayStartModes() {
 }
 
 bool AnyNdInPlanMode() { return g_display.b737_mode == kB737ModePlan || g_display.md11_mode == kMd11ModePlan; }
+
+void Efs50RangeKey(int direction) {
+    DisplayState& d = g_display;
+    if (d.efs50_hsi_mode != 8) {
+        if (direction > 0) RangeUp();
+        else RangeDown();
+        return;
+    }
+    // Traffic: up 2, 5, 10, 20, 40, 2; down the other way; a value off the
+    // list goes to 2 (up) or 40 (down).
+    const auto& r = kEfs50TrafficRanges;
+    int n = static_cast<int>(r.size());
+    int at = -1;
+    for (int i = 0; i < n; ++i)
+        if (d.efs50_traffic_range == r[static_cast<size_t>(i)]) at = i;
+    if (at < 0) d.efs50_traffic_range = direction > 0 ? r.front() : r.back();
+    else d.efs50_traffic_range = r[static_cast<size_t>((at + (direction > 0 ? 1 : n - 1)) % n)];
+}

@@ -13,6 +13,9 @@
 enum class MapFamily : int { B737, MD11, DU1000, EFS50, P1000, MD80, PROLINE4, C17, Count };
 constexpr int kMapFamilyCount = static_cast<int>(MapFamily::Count);
 
+// The EFS 50 EHSI's traffic ranges, nm, that its range keys step in HSI mode 8.
+inline constexpr std::array<double, 5> kEfs50TrafficRanges = {2, 5, 10, 20, 40};
+
 // StepMode's display numbers.
 constexpr int kStepAllDisplays = 0;
 constexpr int kStepEfs50 = 5;
@@ -83,6 +86,15 @@ struct DisplayState {
     double proline4_range = 40;
     int proline4_mode = 3;              // 0 to 3
     int proline4_radius = 140;          // 70 in mode 2, 140 in mode 3; kept in modes 0, 1
+    std::array<int, 2> proline4_bearing{};  // sources of the two bearing pointers, 0 off .. 3
+    std::array<int, 2> efs50_bearing{};     // the EFS 50 EHSI's two bearing pointer sources, 0 .. 3
+    int p1000_plan = 0;                 // 1: the P1000 MFD shows north-up PLAN
+    int p1000_traffic = 0;              // 1: the P1000 MFD's traffic flag (its panel's own key)
+    int p1000_airports = 0;             // 1: airports on the P1000 map (its own switch)
+    int p1000_navaids = 0;              // 1: navaids on the P1000 map (its own switch)
+    double p1000_map_x = 134;           // the P1000 map's centre and radius, set by PLAN
+    double p1000_map_y = 148;
+    double p1000_map_radius = 53;
     double c17_range = 80;
     int c17_first_screen_request = 10;  // "MFDX1 mode" as last read; 10 no request
     // The C-17 screens 1 to 4 at [0] to [3]: primary flight, map, engines, engines secondary.
@@ -113,6 +125,8 @@ extern DisplayState g_display;
 void StepMode(int direction, int display);
 void RangeUp();
 void RangeDown();
+// The EFS 50 EHSI's range keys: the map ladder, or in HSI mode 8 the traffic ranges.
+void Efs50RangeKey(int direction);
 // The common switches: each flips its flag in every family at once.
 void ToggleMapAirports();
 void ToggleMapNavaids();

@@ -17,6 +17,7 @@
 
 #include "display/display_state.h"
 #include "display/map_symbols.h"
+#include "display/traffic.h"
 #include "frame/sim_state.h"
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
@@ -462,6 +463,12 @@ void DrawB737Nd(const DisplaySurface& surface) {
         }
         ResetToDesign(surface);
         g.ResetClip();
+    }
+    // 11. Traffic below PLAN, from the arc modes on, with the transform reset and the traffic toggle on.
+    if (mode >= kB737ModeExpNav && mode < kB737ModePlan &&
+        g_display.switches[static_cast<size_t>(MapFamily::B737)].traffic == 1) {
+        ResetToDesign(surface);
+        DrawTraffic(surface, view.MapRadiusPx, view.range, view.CentreX, view.CentreY, kTrafficKindB737);
     }
 
     // 12. Furniture over the map; the vertical marks on every page with an arc or a map.

@@ -290,6 +290,9 @@ void GaugeCallback(GaugeId id, GAUGEHDR* gauge, SINT32 service_id, UINT32 extra_
             C17MfdUpdate(gauge, parameters);
         } else if (id == G::HW_B737_ND) {
             DisplayUpdate(id);
+        } else if (id == G::HW_B737_ND_NB) {
+            ReadOutsideTargetCount();  // its second traffic source gives the count
+            SwitchLayers(id, gauge);
         } else {
             SwitchLayers(id, gauge);
         }

@@ -117,6 +117,11 @@ int BuildMouseTable(const MouseAreaList& list, const PIXBOX& whole, MOUSERECT* r
         put(MOUSE_RECT_PARENT, area.box, area.cursor, 0, nullptr);
         if (area.second == nullptr) {
             put(MOUSE_RECT_CHILD, PIXBOX{0, 0, area.box.size_x, area.box.size_y}, area.cursor, area.flags, area.first);
+        } else if (area.stacked) {
+            int half = area.box.size_y / 2;
+            put(MOUSE_RECT_CHILD, PIXBOX{0, 0, area.box.size_x, half}, CURSOR_UPARROW, area.flags, area.second);
+            put(MOUSE_RECT_CHILD, PIXBOX{0, half, area.box.size_x, area.box.size_y - half}, CURSOR_DOWNARROW,
+                area.flags, area.first);
         } else {
             int half = area.box.size_x / 2;
             put(MOUSE_RECT_CHILD, PIXBOX{0, 0, half, area.box.size_y}, CURSOR_DOWNARROW, area.flags, area.first);

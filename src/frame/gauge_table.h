@@ -77,6 +77,7 @@ struct MouseArea {
     FLAGS32 flags = MOUSE_LEFTSINGLE;
     MOUSE_FUNCTION first = nullptr;     // the button, or the knob's left (down) half
     MOUSE_FUNCTION second = nullptr;    // the knob's right (up) half; null for a button
+    bool stacked = false;               // a knob split into upper (second, up) and lower (first, down) halves
 };
 
 constexpr int kMaxMouseAreas = 80;
@@ -91,6 +92,11 @@ struct MouseAreaList {
     }
     void Knob(int x, int y, int w, int h, MOUSE_FUNCTION down, MOUSE_FUNCTION up, FLAGS32 flags = MOUSE_LEFTSINGLE) {
         Add({{x, y, w, h}, CURSOR_HAND, flags, down, up});
+    }
+    // A knob whose upper half steps up and lower half down.
+    void StackedKnob(int x, int y, int w, int h, MOUSE_FUNCTION down, MOUSE_FUNCTION up,
+                     FLAGS32 flags = MOUSE_LEFTSINGLE) {
+        Add({{x, y, w, h}, CURSOR_HAND, flags, down, up, true});
     }
 };
 

@@ -459,3 +459,94 @@ TEST(ControlPanels, Md80ModeKnobStepsZeroOneThreeTwoAndItsLampDarkensOnTheHsi) {
     EXPECT_EQ(g_display.md80_adf_pointer, 0);
     EXPECT_TRUE(ControlPanelLayerShown(GaugeId::MD80_EHSI_CTRL, 7));
 }
+
+TEST(MoreEfisPanels, ProLineEfs50AndP1000PanelsDriveTheirDisplaysState) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    // Pro Line 4: the range knob lies over the mode knob's middle and wins
+    // there; the mode knob's outer halves step the mode; the bearing keys
+    // step their sources 0, 1, 2, 3, 0.
+    int mode = g_display.proline4_mode;
+    double range = g_display.proline4_range;
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 165, 30));     // right half of the range knob: up
+    EXPECT_GT(g_display.proline4_range, range);
+    EXPECT_EQ(g_display.proline4_mode, mode);
+    Click(GaugeId::PROLINE4_MFD_CTRL, 125, 30);                  // the mode knob's left edge: down
+    EXPECT_NE(g_display.proline4_mode, mode);
+    for (int expected : {1, 2, 3, 0}) {
+        Click(GaugeId::PROLINE4_MFD_CTRL, 50, 60);
+        EXPECT_EQ(g_display.proline4_bearing[1], expected);
+    }
+    EXPECT_EQ(g_display.proline4_bearing[0], 0);
+
+    // EFS 50: FULL steps 1, 2, 3, 1 and enters at 1 from the ARC group; ARC
+    // steps 4 .. 7 and enters at 4; NAV flips the nav mode.
+    g_display.efs50_hsi_mode = 5;
+    Click(GaugeId::EFS50_EHSI_CNTR, 150, 60);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 1);
+    Click(GaugeId::EFS50_EHSI_CNTR, 150, 60);
+    Click(GaugeId::EFS50_EHSI_CNTR, 150, 60);
+    Click(GaugeId::EFS50_EHSI_CNTR, 150, 60);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 1);
+    Click(GaugeId::EFS50_EHSI_CNTR, 210, 60);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 4);
+    for (int i = 0; i < 4; ++i) Click(GaugeId::EFS50_EHSI_CNTR_LM, 210, 60);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 4);
+    int nav = g_display.efs50_nav_mode;
+    Click(GaugeId::EFS50_EHSI_CNTR, 280, 60);
+    EXPECT_NE(g_display.efs50_nav_mode, nav);
+    // Range keys: the map ladder, and in traffic mode (8) the traffic ranges
+    // 2, 5, 10, 20, 40 round; a value off the list goes to an end.
+    double map_range = g_display.efs50_range;
+    Click(GaugeId::EFS50_EHSI_CNTR, 340, 60);
+    EXPECT_GT(g_display.efs50_range, map_range);
+    g_display.efs50_hsi_mode = 8;
+    g_display.efs50_traffic_range = 20;
+    double efs50_map = g_display.efs50_range;
+    Click(GaugeId::EFS50_EHSI_CNTR, 340, 60);
+    EXPECT_EQ(g_display.efs50_traffic_range, 40);
+    Click(GaugeId::EFS50_EHSI_CNTR, 340, 60);
+    EXPECT_EQ(g_display.efs50_traffic_range, 2);
+    Click(GaugeId::EFS50_EHSI_CNTR, 340, 95);                    // down from 2: round to 40
+    EXPECT_EQ(g_display.efs50_traffic_range, 40);
+    g_display.efs50_traffic_range = 7;
+    Click(GaugeId::EFS50_EHSI_CNTR, 340, 95);
+    EXPECT_EQ(g_display.efs50_traffic_range, 40);
+    EXPECT_EQ(g_display.efs50_range, efs50_map);                 // the map's range untouched
+    // The decision height knob sends its key events only inside 0 .. 990.
+    scope.sim.calculator["(A:DECISION HEIGHT,FEET)"] = 990;
+    Click(GaugeId::EFS50_EHSI_CNTR, 65, 30);                     // left half: up, at 990 refused
+    Click(GaugeId::EFS50_EHSI_CNTR, 90, 30);                     // right half: down
+    EXPECT_EQ(scope.sim.CountEvents(0x10311), 0);
+    EXPECT_EQ(scope.sim.CountEvents(0x10312), 1);
+    scope.sim.calculator["(A:DECISION HEIGHT,FEET)"] = 0;
+    Click(GaugeId::EFS50_EHSI_CNTR, 90, 30);
+    Click(GaugeId::EFS50_EHSI_CNTR, 65, 30);
+    EXPECT_EQ(scope.sim.CountEvents(0x10312), 1);
+    EXPECT_EQ(scope.sim.CountEvents(0x10311), 1);
+
+    // P1000: PLAN off puts the map back to its heading-up place; the upper
+    // half of the range knob steps up, the lower down; both PLAN and traffic
+    // ask for a repaint.
+    g_display.p1000_map_x = 10;
+    g_tick.slow_refresh = 0;
+    Click(GaugeId::P1000_MFD_CNTR, 90, 50);
+    EXPECT_EQ(g_display.p1000_plan, 1);
+    EXPECT_EQ(g_tick.slow_refresh, 999);
+    EXPECT_EQ(g_display.p1000_map_x, 10);
+    Click(GaugeId::P1000_MFD_CNTR, 90, 50);
+    EXPECT_EQ(g_display.p1000_plan, 0);
+    EXPECT_EQ(g_display.p1000_map_x, 134);
+    EXPECT_EQ(g_display.p1000_map_y, 148);
+    EXPECT_EQ(g_display.p1000_map_radius, 53);
+    double p1000 = g_display.p1000_range;
+    Click(GaugeId::P1000_MFD_CNTR, 90, 140);
+    EXPECT_GT(g_display.p1000_range, p1000);
+    Click(GaugeId::P1000_MFD_CNTR, 90, 180);
+    EXPECT_EQ(g_display.p1000_range, p1000);
+    Click(GaugeId::P1000_MFD_CNTR, 170, 185);
+    Click(GaugeId::P1000_MFD_CNTR, 230, 130);
+    EXPECT_EQ(g_display.p1000_airports, 1);
+    EXPECT_EQ(g_display.p1000_navaids, 1);
+    EXPECT_EQ(g_display.switches[0].airports, 0);                // its own flags, not the common switch
+}
