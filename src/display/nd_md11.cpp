@@ -19,6 +19,7 @@
 
 #include "display/display_state.h"
 #include "display/map_symbols.h"
+#include "display/traffic.h"
 #include "frame/global_config.h"
 #include "frame/sim_access.h"
 #include "frame/sim_state.h"
@@ -374,10 +375,12 @@ void DrawMd11Nd(const DisplaySurface& surface) {
             DrawModificationRouteLayer(g, view);
             DrawTrendVector(g, view);
             DrawAltitudeRangeArc(g, view);
-            // 6. Traffic, with the traffic switch on, belongs here: the traffic layer draws it.
         }
         ResetToDesign(surface);
         g.ResetClip();
+        // 6. Traffic on MAP, with the traffic switch on.
+        if (!plan && g_display.switches[static_cast<size_t>(MapFamily::MD11)].traffic == 1)
+            DrawTraffic(surface, view.MapRadiusPx, view.range, view.CentreX, view.CentreY, kTrafficKindMd11);
         // 7. The T/C and T/D chevrons over the map.
         DrawVerticalMarks(g, view, kVerticalMarksStyleMd11);
         ResetToDesign(surface);

@@ -21,6 +21,7 @@
 
 #include "display/display_state.h"
 #include "display/map_symbols.h"
+#include "display/traffic.h"
 #include "frame/sim_access.h"
 #include "frame/sim_state.h"
 #include "guidance/geodesy.h"
@@ -366,7 +367,9 @@ void DrawMd80Ehsi(const DisplaySurface& surface) {
         DrawAltitudeRangeArc(g, view);
         ResetToDesign(surface);
         g.ResetClip();
-        // 5. The T/C and T/D marks over the map.
+        // 5. Traffic with its switch on; then the T/C and T/D marks over the map.
+        if (toggles.traffic == 1)
+            DrawTraffic(surface, view.MapRadiusPx, view.range, view.CentreX, view.CentreY, kTrafficKindMd11);
         DrawVerticalMarks(g, view, kVerticalMarksStyleMd80);
         ResetToDesign(surface);
     }

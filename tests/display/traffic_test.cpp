@@ -408,6 +408,25 @@ TEST_F(Traffic, NdPlacesTargetsAtRangeAndShowsTheSwitchAtTheSide) {
     EXPECT_TRUE(arc.Has("TFC"));
 }
 
+TEST_F(Traffic, Md11MapAndMd80MapsShowTargetsWithTheirSwitchMd11PlanDoesNot) {
+    InstallGauge();
+    // A traffic advisory 4 nm ahead, 500 ft below: "-5" on this kind of display.
+    SetRecord(1, -500, 0, 2, 4, 0.0f);
+    SetSlot(1, 1);
+    Publish(1, 1);
+    g_display.md11_mode = kMd11ModeMap;
+    g_display.md80_mode = 3;
+    EXPECT_FALSE(DrawNd(1, GaugeId::HW_MD11_ND, 240, 258).Has("-5"));
+    EXPECT_FALSE(DrawNd(1, GaugeId::MD80_EHSI_NB, 266, 232).Has("-5"));
+    ToggleTraffic();
+    Frame md11 = DrawNd(1, GaugeId::HW_MD11_ND, 240, 258);
+    ASSERT_TRUE(md11.Has("-5"));
+    EXPECT_EQ(md11.Find("-5")->box.argb, TrafficTextColour('T', kTrafficKindMd11));
+    EXPECT_TRUE(DrawNd(1, GaugeId::MD80_EHSI_NB, 266, 232).Has("-5"));
+    g_display.md11_mode = kMd11ModePlan;
+    EXPECT_FALSE(DrawNd(1, GaugeId::HW_MD11_ND, 240, 258).Has("-5"));
+}
+
 // [SECTION] The second source's count
 TEST_F(Traffic, OutsideCountIsTakenAndBoundedToTheTable) {
     int32_t count = 3;
