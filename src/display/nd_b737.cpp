@@ -67,59 +67,19 @@ MapView B737MapView(const DisplaySurface& surface) {
     view.MapHeading = view.plan_mode ? 0 : g_sim.heading_true;
     view.MapCentreLatitude = g_sim.latitude;
     view.MapCentreLongitude = g_sim.longitude;
-    if (view.plan_mode) {
-        // The LEGS page's centre entry, else the active waypoint, else the aircraft.
-        double latitude = 0, longitude = 0;
-        if (PlanMapCentre(latitude, longitude)) {
-            view.MapCentreLatitude = latitude;
-            view.MapCentreLongitude = longitude;
-        }
-    }
+    // The LEGS page's centre entry, else the active waypoint, else the aircraft.
+    if (view.plan_mode) CentreOnPlan(view);
     return view;
 }
 
 // [SECTION] Compass furniture
 namespace {
-// Ticks and digits round (cx, cy), turned by the heading; only the part of
-// the card between from and to (degrees off the top) is drawn.
-void DrawCompassCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
-                     double heading, int from, int to, bool digits_inside, int digit_step) {
-    gdi::Pen pen(palette::kWhite, 1.5f);
-    gdi::Font big(kHwFont, 13);
-    gdi::Font small(kHwFont, 10);
-    for (int card = 0; card < 360; card += 5) {
-        double off = ModuloPositive(card - heading + 180, 360) - 180;
-        if (off < from - 0.01 || off > to + 0.01) continue;
-        ResetToDesign(surface);
-        g.Translate(cx, cy);
-        g.Rotate(F(off));
-        float length = card % 10 == 0 ? 9.0f : 5.0f;
-        g.DrawLine(pen, 0, -radius, 0, -radius + length);
-        if (card % digit_step == 0) {
-            char text[8];
-            std::snprintf(text, sizeof text, "%d", card / 10);
-            bool major = card % 30 == 0;
-            float y = digits_inside ? -radius + length + 1 : -radius - 17;
-            g.DrawText(text, major ? big : small, palette::kWhite, 0, y, gdi::TextAlign::Centre);
-        }
-    }
-    ResetToDesign(surface);
-}
-
-// The heading bug: a magenta notch on the card at the bug's place.
-void DrawHeadingBug(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius, double heading) {
-    double off = ModuloPositive(g_sim.heading_bug.now - heading + 180, 360) - 180;
-    if (!std::isfinite(off)) return;
-    gdi::Pen pen(palette::kMagenta, 2.0f);
-    ResetToDesign(surface);
-    g.Translate(cx, cy);
-    g.Rotate(F(off));
-    const GpPoint notch[] = {{-7, static_cast<INT>(-radius - 5)}, {-7, static_cast<INT>(-radius)},
-                             {7, static_cast<INT>(-radius)},     {7, static_cast<INT>(-radius - 5)},
-                             {3, static_cast<INT>(-radius - 5)}, {0, static_cast<INT>(-radius)},
-                             {-3, static_cast<INT>(-radius - 5)}, {-7, static_cast<INT>(-radius - 5)}};
-    g.DrawLines(pen, notch, static_cast<int>(std::size(notch)));
-    ResetToDesign(surface);
+// The card: long ticks of 9, digits of 13 on the thirties and 10 between.
+CompassCardStyle B737Card(bool digits_inside, int digit_step) {
+    CompassCardStyle style;
+    style.digits_inside = digits_inside;
+    style.digit_step = digit_step;
+    return style;
 }
 
 // The fixed heading pointer at the top of the card and the track line.
@@ -481,8 +441,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
         gdi::Pen ring(palette::kWhite, 1.5f);
         g.DrawEllipse(ring, static_cast<int>(cx - r), static_cast<int>(cy - r), static_cast<int>(2 * r),
                       static_cast<int>(2 * r));
-        DrawCompassCard(g, surface, cx, cy, r, heading, -180, 180, true, 30);
-        DrawHeadingBug(g, surface, cx, cy, r, heading);
+        DrawCompassCard(g, surface, cx, cy, r, heading, -180, 180, B737Card(true, 30));
+        DrawHeadingBugNotch(g, surface, cx, cy, r, heading, 180, 7);
         DrawCourseArrow(g, surface, cx, cy, r - 24, mode);
         if (mode == kB737ModeVor && g_display.b737_adf_pointer == 1) DrawAdfPointer(g, surface, cx, cy, r - 12);
         DrawHeadingPointer(g, surface, cx, cy, r);
@@ -492,8 +452,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
         gdi::Pen arc(palette::kWhite, 1.5f);
         g.DrawArc(arc, static_cast<int>(cx - r), static_cast<int>(cy - r), static_cast<int>(2 * r),
                   static_cast<int>(2 * r), 225, 90);
-        DrawCompassCard(g, surface, cx, cy, r, heading, -45, 45, true, 10);
-        DrawHeadingBug(g, surface, cx, cy, r, heading);
+        DrawCompassCard(g, surface, cx, cy, r, heading, -45, 45, B737Card(true, 10));
+        DrawHeadingBugNotch(g, surface, cx, cy, r, heading, 180, 7);
         DrawRangeRing(g, cx, cy, r, false);
         if (mode != kB737ModeMap) DrawCourseArrow(g, surface, cx, cy - 80, 70, mode);
         DrawHeadingPointer(g, surface, cx, cy, r);
@@ -505,8 +465,8 @@ void DrawB737Nd(const DisplaySurface& surface) {
                       static_cast<int>(2 * r));
         DrawRangeRing(g, cx, cy, r, true);
         if (mode == kB737ModeCtrMap) {
-            DrawCompassCard(g, surface, cx, cy, r, heading, -180, 180, false, 30);
-            DrawHeadingBug(g, surface, cx, cy, r, heading);
+            DrawCompassCard(g, surface, cx, cy, r, heading, -180, 180, B737Card(false, 30));
+            DrawHeadingBugNotch(g, surface, cx, cy, r, heading, 180, 7);
             DrawHeadingPointer(g, surface, cx, cy, r);
             DrawOwnShip(g, cx, cy);
         } else {

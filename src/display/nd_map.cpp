@@ -30,6 +30,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 RouteScreenPoints g_route_screen;
 
@@ -493,4 +494,51 @@ void DrawHeadingBugDigits(gdi::Graphics& g, float x, float y) {
     std::snprintf(text, sizeof text, "%03.0f", ModuloPositive(std::round(bug), 360));
     gdi::Font font(kHwFont, 13);
     g.DrawText(text, font, palette::kMagenta, x, y);
+}
+
+// [SECTION] Compass furniture the families share
+void DrawCompassCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
+                     double heading, double from, double to, const CompassCardStyle& style) {
+    gdi::Pen pen(palette::kWhite, 1.5f);
+    gdi::Font big(kHwFont, style.big_font);
+    gdi::Font small(kHwFont, style.small_font);
+    for (int card = 0; card < 360; card += 5) {
+        double off = ModuloPositive(card - heading + 180, 360) - 180;
+        if (off < from - 0.01 || off > to + 0.01) continue;
+        ResetToDesign(surface);
+        g.Translate(cx, cy);
+        g.Rotate(F(off));
+        float length = card % 10 == 0 ? style.major_tick : style.minor_tick;
+        g.DrawLine(pen, 0, -radius, 0, -radius + length);
+        if (card % style.digit_step == 0) {
+            char text[8];
+            std::snprintf(text, sizeof text, "%d", card / 10);
+            float y = style.digits_inside ? -radius + length + 1 : -radius - 17;
+            g.DrawText(text, card % style.big_every == 0 ? big : small, palette::kWhite, 0, y,
+                       gdi::TextAlign::Centre);
+        }
+    }
+    ResetToDesign(surface);
+}
+
+void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
+                         double heading, double half_sweep, int half_width) {
+    double off = ModuloPositive(g_sim.heading_bug.now - heading + 180, 360) - 180;
+    if (!std::isfinite(off) || std::fabs(off) > half_sweep) return;
+    gdi::Pen pen(palette::kMagenta, 2.0f);
+    ResetToDesign(surface);
+    g.Translate(cx, cy);
+    g.Rotate(F(off));
+    int top = static_cast<int>(-radius), w = half_width;
+    const GpPoint notch[] = {{-w, top - 5}, {-w, top}, {w, top}, {w, top - 5}, {3, top - 5}, {0, top}, {-3, top - 5},
+                             {-w, top - 5}};
+    g.DrawLines(pen, notch, static_cast<int>(std::size(notch)));
+    ResetToDesign(surface);
+}
+
+void CentreOnPlan(MapView& view) {
+    double latitude = 0, longitude = 0;
+    if (!PlanMapCentre(latitude, longitude)) return;
+    view.MapCentreLatitude = latitude;
+    view.MapCentreLongitude = longitude;
 }

@@ -88,6 +88,29 @@ void DrawAltitudeRangeArc(gdi::Graphics& g, const MapView& view);
 void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style);
 // The heading bug's value while it has just moved (at a design pixel).
 void DrawHeadingBugDigits(gdi::Graphics& g, float x, float y);
+
+// [SECTION] Compass furniture the families share
+// How a family draws its compass card.
+struct CompassCardStyle {
+    float major_tick = 9;               // design pixels of the tick every 10 degrees
+    float minor_tick = 5;               // and of the ticks between
+    float big_font = 13;                // digits on the multiples of big_every degrees
+    float small_font = 10;              // the other digits
+    int big_every = 30;                 // degrees between the big digits
+    int digit_step = 30;                // degrees between digits
+    bool digits_inside = true;          // digits under the ticks, else outside the card
+};
+// Ticks and digits round (cx, cy), turned by the heading; only the part of
+// the card between from and to (degrees off the top) is drawn.
+void DrawCompassCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
+                     double heading, double from, double to, const CompassCardStyle& style);
+// The heading bug: a magenta notch on the card at the bug's place, left out
+// beyond half_sweep degrees off the top.
+void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
+                         double heading, double half_sweep, int half_width);
+// A PLAN map's centre: the LEGS page's centre entry, else the active
+// waypoint; the view keeps the aircraft when neither is a place.
+void CentreOnPlan(MapView& view);
 // Whether a plan row is a discontinuity row the map leaves out.
 bool IsMapGap(const char* ident);
 

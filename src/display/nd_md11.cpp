@@ -67,59 +67,15 @@ MapView Md11MapView(const DisplaySurface& surface) {
     view.MapHeading = view.plan_mode ? 0 : g_sim.heading_true;
     view.MapCentreLatitude = g_sim.latitude;
     view.MapCentreLongitude = g_sim.longitude;
-    if (view.plan_mode) {
-        // The LEGS page's centre entry, else the active waypoint, else the aircraft.
-        double latitude = 0, longitude = 0;
-        if (PlanMapCentre(latitude, longitude)) {
-            view.MapCentreLatitude = latitude;
-            view.MapCentreLongitude = longitude;
-        }
-    }
+    // The LEGS page's centre entry, else the active waypoint, else the aircraft.
+    if (view.plan_mode) CentreOnPlan(view);
     return view;
 }
 
 // [SECTION] Compass furniture
 namespace {
-// Ticks and digits of the card round (cx, cy) between from and to degrees
-// off the top, turned by the heading; digits every 30 degrees, outside.
-void DrawCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius, double heading,
-              double from, double to) {
-    gdi::Pen pen(palette::kWhite, 1.5f);
-    gdi::Font big(kHwFont, 12);
-    gdi::Font small(kHwFont, 10);
-    for (int card = 0; card < 360; card += 5) {
-        double off = ModuloPositive(card - heading + 180, 360) - 180;
-        if (off < from - 0.01 || off > to + 0.01) continue;
-        ResetToDesign(surface);
-        g.Translate(cx, cy);
-        g.Rotate(F(off));
-        float length = card % 10 == 0 ? 8.0f : 4.0f;
-        g.DrawLine(pen, 0, -radius, 0, -radius + length);
-        if (card % 30 == 0) {
-            char text[8];
-            std::snprintf(text, sizeof text, "%d", card / 10);
-            g.DrawText(text, card % 90 == 0 ? big : small, palette::kWhite, 0, -radius + length + 1,
-                       gdi::TextAlign::Centre);
-        }
-    }
-    ResetToDesign(surface);
-}
-
-// The heading bug: a magenta notch on the card at the bug's place.
-void DrawHeadingBug(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
-                    double heading) {
-    double off = ModuloPositive(g_sim.heading_bug.now - heading + 180, 360) - 180;
-    if (!std::isfinite(off) || std::fabs(off) > kCardHalfSweep) return;
-    gdi::Pen pen(palette::kMagenta, 2.0f);
-    ResetToDesign(surface);
-    g.Translate(cx, cy);
-    g.Rotate(F(off));
-    int top = static_cast<int>(-radius);
-    const GpPoint notch[] = {{-6, top - 5}, {-6, top}, {6, top}, {6, top - 5}, {3, top - 5}, {0, top}, {-3, top - 5},
-                             {-6, top - 5}};
-    g.DrawLines(pen, notch, static_cast<int>(std::size(notch)));
-    ResetToDesign(surface);
-}
+// The card: ticks of 8 and 4, digits under them, the cardinal ones larger.
+constexpr CompassCardStyle kMd11Card{8, 4, 12, 10, 90, 30, true};
 
 // The fixed heading pointer at the top of the arc, and the own-ship triangle.
 void DrawArcFurniture(gdi::Graphics& g, const DisplaySurface& surface, double heading) {
@@ -127,8 +83,8 @@ void DrawArcFurniture(gdi::Graphics& g, const DisplaySurface& surface, double he
     gdi::Pen arc(palette::kWhite, 1.5f);
     g.DrawArc(arc, static_cast<int>(cx - r), static_cast<int>(cy - r), static_cast<int>(2 * r), static_cast<int>(2 * r),
               F(270 - kCardHalfSweep), F(2 * kCardHalfSweep));
-    DrawCard(g, surface, cx, cy, r, heading, -kCardHalfSweep, kCardHalfSweep);
-    DrawHeadingBug(g, surface, cx, cy, r, heading);
+    DrawCompassCard(g, surface, cx, cy, r, heading, -kCardHalfSweep, kCardHalfSweep, kMd11Card);
+    DrawHeadingBugNotch(g, surface, cx, cy, r, heading, kCardHalfSweep, 6);
     // The half-range ring, dashed.
     gdi::Pen ring(palette::kWhite, 1.0f);
     ring.SetDash(DashStyleDash);

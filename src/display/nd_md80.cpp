@@ -76,44 +76,8 @@ MapView Md80MapView(const DisplaySurface& surface) {
 
 // [SECTION] Compass furniture
 namespace {
-// Ticks and digits of the card round (cx, cy) between from and to degrees
-// off the top, turned by the heading; digits every 30 degrees, inside.
-void DrawCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius, double heading,
-              double from, double to) {
-    gdi::Pen pen(palette::kWhite, 1.5f);
-    gdi::Font font(kHwFont, 11);
-    for (int card = 0; card < 360; card += 5) {
-        double off = ModuloPositive(card - heading + 180, 360) - 180;
-        if (off < from - 0.01 || off > to + 0.01) continue;
-        ResetToDesign(surface);
-        g.Translate(cx, cy);
-        g.Rotate(F(off));
-        float length = card % 10 == 0 ? 8.0f : 4.0f;
-        g.DrawLine(pen, 0, -radius, 0, -radius + length);
-        if (card % 30 == 0) {
-            char text[8];
-            std::snprintf(text, sizeof text, "%d", card / 10);
-            g.DrawText(text, font, palette::kWhite, 0, -radius + length + 1, gdi::TextAlign::Centre);
-        }
-    }
-    ResetToDesign(surface);
-}
-
-// The heading bug: a magenta notch on the card, where the card shows.
-void DrawHeadingBug(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
-                    double heading, double half_sweep) {
-    double off = ModuloPositive(g_sim.heading_bug.now - heading + 180, 360) - 180;
-    if (!std::isfinite(off) || std::fabs(off) > half_sweep) return;
-    gdi::Pen pen(palette::kMagenta, 2.0f);
-    ResetToDesign(surface);
-    g.Translate(cx, cy);
-    g.Rotate(F(off));
-    int top = static_cast<int>(-radius);
-    const GpPoint notch[] = {{-6, top - 5}, {-6, top}, {6, top}, {6, top - 5}, {3, top - 5}, {0, top}, {-3, top - 5},
-                             {-6, top - 5}};
-    g.DrawLines(pen, notch, static_cast<int>(std::size(notch)));
-    ResetToDesign(surface);
-}
+// The card: ticks of 8 and 4, every digit of 11 under its tick.
+constexpr CompassCardStyle kMd80Card{8, 4, 11, 11, 30, 30, true};
 
 // The compass of the mode: a full circle or the arc, the lubber line at its
 // top, the half-range ring dashed (on map modes), and the aircraft symbol.
@@ -128,8 +92,8 @@ void DrawCompass(gdi::Graphics& g, const DisplaySurface& surface, int mode, doub
         g.DrawEllipse(ring, left, top, size, size);
     else
         g.DrawArc(ring, left, top, size, size, F(270 - sweep), F(2 * sweep));
-    DrawCard(g, surface, cx, cy, r, heading, -sweep, sweep);
-    DrawHeadingBug(g, surface, cx, cy, r, heading, sweep);
+    DrawCompassCard(g, surface, cx, cy, r, heading, -sweep, sweep, kMd80Card);
+    DrawHeadingBugNotch(g, surface, cx, cy, r, heading, sweep, 6);
     if (Md80ModeHasMap(mode)) {
         gdi::Pen dashed(palette::kWhite, 1.0f);
         dashed.SetDash(DashStyleDash);
