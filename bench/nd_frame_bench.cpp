@@ -214,7 +214,8 @@ std::vector<double> ConstantWorkFlight() {
 }
 }  // namespace
 
-static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) {
+// A family's frame over the flight at the range the argument gives in tenths of a nm.
+static void FlyFamily(benchmark::State& state, GaugeId gauge) {
     if (!LoadOnce()) {
         state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
         return;
@@ -224,44 +225,16 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) {
     // Instructions don't vary from flight to flight: under callgrind one will do.
     const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
     for (auto _ : state)
-        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range));
+        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range, gauge));
     state.counters["range_nm"] = range;
     Report(state, Figures(flights));
 }
 
-// The HW_MD11_ND's MAP page over the same flight, at each range of its
-// ladder: navaids to 320, airports to 160, intersections to 80.
-static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) {
-    if (!LoadOnce()) {
-        state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
-        return;
-    }
-    double range = static_cast<double>(state.range(0)) / 10.0;
-    std::vector<std::vector<double>> flights;
-    const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
-    for (auto _ : state)
-        for (int flight = 0; flight < flights_flown; ++flight)
-            flights.push_back(FlyAcross(range, GaugeId::HW_MD11_ND));
-    state.counters["range_nm"] = range;
-    Report(state, Figures(flights));
-}
-
-// The MD80_EHSI_NB's MAP page over the same flight, at each range of its
-// ladder: navaids and airports to 160, intersections to 80.
-static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) {
-    if (!LoadOnce()) {
-        state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
-        return;
-    }
-    double range = static_cast<double>(state.range(0)) / 10.0;
-    std::vector<std::vector<double>> flights;
-    const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
-    for (auto _ : state)
-        for (int flight = 0; flight < flights_flown; ++flight)
-            flights.push_back(FlyAcross(range, GaugeId::MD80_EHSI_NB));
-    state.counters["range_nm"] = range;
-    Report(state, Figures(flights));
-}
+static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_B737_ND); }
+// The HW_MD11_ND's MAP page: navaids to 320, airports to 160, intersections to 80.
+static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_MD11_ND); }
+// The MD80_EHSI_NB's MAP page: navaids and airports to 160, intersections to 80.
+static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::MD80_EHSI_NB); }
 
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
