@@ -122,6 +122,40 @@ AttitudeInputs ReadAttitudeInputs() {
     return in;
 }
 
+AttitudeInputs PlausibleAttitudeInputs(const AttitudeInputs& raw) {
+    AttitudeInputs in = raw;
+    auto limit = [](double& v, double low, double high) { v = std::isfinite(v) ? std::clamp(v, low, high) : 0.0; };
+    limit(in.pitch, -180, 180);
+    limit(in.bank, -180, 180);
+    limit(in.ias, 0, 999);
+    limit(in.mach, 0, 9.99);
+    limit(in.altitude, -9999, 99999);
+    limit(in.vertical_speed, -99999, 99999);
+    limit(in.ground_speed, 0, 9999);
+    limit(in.heading, -1e6, 1e6);
+    limit(in.radio_altitude, -9999, 99999);
+    limit(in.decision_height, 0, 99999);
+    limit(in.g_load, -99, 99);
+    limit(in.drift, -180, 180);
+    limit(in.slip_ball, -127, 127);
+    limit(in.baro_mb, 0, 9999);
+    limit(in.baro_inches, 0, 99.99);
+    limit(in.selected_ias, 0, 999);
+    limit(in.selected_mach, 0, 9.99);
+    limit(in.selected_altitude, -9999, 99999);
+    limit(in.selected_vs, -99999, 99999);
+    limit(in.heading_bug, -1e6, 1e6);
+    limit(in.course, -1e6, 1e6);
+    limit(in.fd_pitch, -90, 90);
+    limit(in.fd_bank, -180, 180);
+    limit(in.nav_frequency, 0, 999.99);
+    limit(in.loc_needle, -127, 127);
+    limit(in.gs_needle, -119, 119);
+    limit(in.dme, 0, 999.9);
+    limit(in.position_332, -1e6, 1e6);
+    return in;
+}
+
 // [SECTION] Warnings and flight director
 const char* AttitudeWarning(const AttitudeInputs& in, float* x) {
     // 1. Sink rate against height: the first band that holds.

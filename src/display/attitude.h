@@ -108,6 +108,10 @@ AttitudeInputs ReadAttitudeInputs();
 // its left design offset from the ball's centre.
 const char* AttitudeWarning(const AttitudeInputs& in, float* x);
 
+// The inputs with every value finite and within what the pages can print: a
+// broken sample (not a number, infinite, absurd) reads 0 or its limit.
+AttitudeInputs PlausibleAttitudeInputs(const AttitudeInputs& in);
+
 // One frame's move of the flight director bars towards the commands.
 void StepFlightDirector(const AttitudeInputs& in);
 

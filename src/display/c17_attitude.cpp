@@ -60,7 +60,9 @@ double Wrap360(double degrees) {
 }
 }  // namespace
 
-void DrawC17AttitudeFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
+void DrawC17AttitudeFrom(const DisplaySurface& surface, const AttitudeInputs& raw) {
+    // A broken sample reads 0 or its limit, never a runaway text.
+    const AttitudeInputs in = PlausibleAttitudeInputs(raw);
     gdi::Graphics& g = *surface.graphics;
     gdi::Font corner(kArialFont, 9, FontStyleBold);
     gdi::Font small(kArialFont, 8, FontStyleBold);

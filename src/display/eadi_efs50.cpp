@@ -113,7 +113,9 @@ void DrawModes(gdi::Graphics& g, const AttitudeInputs& in, const Fonts& fonts) {
 }  // namespace
 
 // [SECTION] The page
-void DrawEfs50EadiFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
+void DrawEfs50EadiFrom(const DisplaySurface& surface, const AttitudeInputs& raw) {
+    // A broken sample reads 0 or its limit, never a runaway text.
+    const AttitudeInputs in = PlausibleAttitudeInputs(raw);
     gdi::Graphics& g = *surface.graphics;
     Fonts fonts;
     const BallFrame ball = Efs50Ball();

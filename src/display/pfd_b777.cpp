@@ -99,7 +99,9 @@ void DrawVerticalSpeed(gdi::Graphics& g, const DisplaySurface& surface, const At
 }  // namespace
 
 // [SECTION] The page
-void DrawB777PfdFrom(const DisplaySurface& surface, const AttitudeInputs& in) {
+void DrawB777PfdFrom(const DisplaySurface& surface, const AttitudeInputs& raw) {
+    // A broken sample reads 0 or its limit, never a runaway text.
+    const AttitudeInputs in = PlausibleAttitudeInputs(raw);
     gdi::Graphics& g = *surface.graphics;
     Fonts fonts;
 
