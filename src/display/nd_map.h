@@ -84,6 +84,13 @@ void DrawFixCirclesLayer(gdi::Graphics& g, const MapView& view);
 // The racetrack sketch of each hold of the active plan (nd_hold_figure.cpp).
 void DrawHoldFigureLayer(gdi::Graphics& g, const MapView& view);
 void DrawAltitudeRangeArc(gdi::Graphics& g, const MapView& view);
+// The selected runways of the origin and the destination (range below 80,
+// within 100 nm of the centre): extended centreline and side lines
+// (nd_runways.cpp).
+void DrawRunwaysLayer(gdi::Graphics& g, const MapView& view);
+// The localiser's course through its station, with a localiser tuned,
+// received and with a course (nd_runways.cpp).
+void DrawIlsCourseLine(gdi::Graphics& g, const MapView& view);
 // T/C, T/D and altitude-target marks; style as the display's table.
 void DrawVerticalMarks(gdi::Graphics& g, const MapView& view, int style);
 // The heading bug's value while it has just moved (at a design pixel).
