@@ -397,10 +397,13 @@ void DrawB737Nd(const DisplaySurface& surface) {
         bool below_plan = mode < kB737ModePlan;
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::B737)];
         // 1, 2. ATC boundaries and the airport diagram come with the airport extras.
-        // 3. The route.
+        // 3. The selected runways under the route, then the route.
+        DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         // 4. The fixes of the FIX INFO page.
         DrawFixCirclesLayer(g, view);
+        // 5. The localiser's course, below PLAN.
+        if (below_plan) DrawIlsCourseLine(g, view);
         // 6. Navaids, airports and intersections by their switches and range gates.
         RefreshProximitySubsets();
         ObjectLayerStyle style;

@@ -311,7 +311,9 @@ void DrawMd11Nd(const DisplaySurface& surface) {
         bool fixes_allowed = surface.instance != 3 && view.range <= kMd11FixMaxRange;
         RefreshProximitySubsets();
         if (plan) {
-            // 2. PLAN: route, fix circles, navaids, airports, intersections, in that order.
+            // 2. PLAN: route, fix circles, navaids, airports, intersections,
+            //    in that order, over the selected runways.
+            DrawRunwaysLayer(g, view);
             DrawRouteLayer(g, view);
             DrawFixCirclesLayer(g, view);
             if (toggles.navaids == 1 && view.range <= kMd11PlanNavaidMaxRange) DrawNavaidsLayer(g, view, style);
@@ -319,9 +321,12 @@ void DrawMd11Nd(const DisplaySurface& surface) {
             if (toggles.intersections == 1 && fixes_allowed) DrawIntersectionsLayer(g, view, style);
         } else {
             // 3. MAP: the airport diagram at range 2.5 and below comes with
-            //    the airport extras; then the route and the fixes' circles.
+            //    the airport extras; then the runways, the route, the fixes'
+            //    circles and the localiser's course.
+            DrawRunwaysLayer(g, view);
             DrawRouteLayer(g, view);
             DrawFixCirclesLayer(g, view);
+            DrawIlsCourseLine(g, view);
             // 4. Navaids to 320, airports to 160, intersections to 80.
             if (toggles.navaids == 1 && view.range <= kMd11MapNavaidMaxRange) DrawNavaidsLayer(g, view, style);
             if (toggles.airports == 1 && view.range <= kMd11AirportMaxRange) DrawAirportsLayer(g, view, style);

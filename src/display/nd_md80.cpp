@@ -317,8 +317,10 @@ void DrawMd80Ehsi(const DisplaySurface& surface) {
         style.fix_colour = kMapBlue;
         style.airport_colour = palette::kCyan;
         RefreshProximitySubsets();
+        DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         DrawFixCirclesLayer(g, view);
+        DrawIlsCourseLine(g, view);
         // 3. Navaids and airports to 160, intersections to 80, by their switches.
         if (toggles.navaids == 1 && view.range <= kMd80NavaidMaxRange) DrawNavaidsLayer(g, view, style);
         if (toggles.airports == 1 && view.range <= kMd80AirportMaxRange) DrawAirportsLayer(g, view, style);
