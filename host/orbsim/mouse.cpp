@@ -22,6 +22,7 @@ ClickResult DeliverClick(GaugeInstance& inst, int x, int y, FLAGS32 flags) {
     MOUSERECT* rows = inst.header.mouse_rect;
     if (rows == nullptr) return result;
     std::vector<OpenParent> open;
+    int taker = -1, taker_x = 0, taker_y = 0;   // the child row that takes the click
     for (int i = 0; i < kMaxMouseTableRows && rows[i].rect_type != MOUSE_RECT_EOL; ++i) {
         MOUSERECT& row = rows[i];
         const PIXBOX& box = row.relative_box;
@@ -47,22 +48,12 @@ ClickResult DeliverClick(GaugeInstance& inst, int x, int y, FLAGS32 flags) {
             int cx = open.back().x + box.x, cy = open.back().y + box.y;
             if (!Inside(x, y, cx, cy, box.size_x, box.size_y)) break;
             if ((static_cast<FLAGS32>(row.mouse_flags) & flags) == 0) break;
-            result.delivered = true;
-            result.row = i;
-            result.relative_x = x - cx;
-            result.relative_y = y - cy;
-            if (row.mouse_function != nullptr) {
-                // The point is the first member of the record the FSX generation passes.
-                MOUSECALLBACK record{};
-                record.relative_point = PIXPOINT{result.relative_x, result.relative_y};
-                record.user_data = &inst.header;
-                record.mouse = &row;
-                record.screen_point = PIXPOINT{inst.x + x, inst.y + y};
-                result.handler_result = row.mouse_function(&record.relative_point, flags) != 0;
-            } else if (row.event_id != 0) {
-                DeliverKeyEvent(g_host, static_cast<uint32_t>(row.event_id), 0, true);
-            }
-            return result;
+            // A later area lies over an earlier one (a small knob over the
+            // middle of a larger one): the last row that holds the point wins.
+            taker = i;
+            taker_x = cx;
+            taker_y = cy;
+            break;
         }
         case MOUSE_RECT_END_PARENT:
             if (!open.empty()) open.pop_back();
@@ -70,6 +61,23 @@ ClickResult DeliverClick(GaugeInstance& inst, int x, int y, FLAGS32 flags) {
         default:
             break;  // user rows carry tool tips only
         }
+    }
+    if (taker < 0) return result;
+    MOUSERECT& row = rows[taker];
+    result.delivered = true;
+    result.row = taker;
+    result.relative_x = x - taker_x;
+    result.relative_y = y - taker_y;
+    if (row.mouse_function != nullptr) {
+        // The point is the first member of the record the FSX generation passes.
+        MOUSECALLBACK record{};
+        record.relative_point = PIXPOINT{result.relative_x, result.relative_y};
+        record.user_data = &inst.header;
+        record.mouse = &row;
+        record.screen_point = PIXPOINT{inst.x + x, inst.y + y};
+        result.handler_result = row.mouse_function(&record.relative_point, flags) != 0;
+    } else if (row.event_id != 0) {
+        DeliverKeyEvent(g_host, static_cast<uint32_t>(row.event_id), 0, true);
     }
     return result;
 }

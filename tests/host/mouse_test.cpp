@@ -99,6 +99,37 @@ TEST(Mouse, NestedBoxesChildOrderAndFlags) {
     EXPECT_EQ(g_clicks.second, 1);
 }
 
+TEST(Mouse, AnAreaListedLaterLiesOverAnEarlierOne) {
+    // A wide knob, and a small button listed after it inside its right half.
+    MOUSERECT rows[] = {
+        Row(MOUSE_RECT_PARENT, {0, 0, 0, 0}),
+        Row(MOUSE_RECT_PARENT, {0, 0, 60, 40}),
+        Row(MOUSE_RECT_CHILD, {0, 0, 30, 40}, MOUSE_LEFTSINGLE, First),
+        Row(MOUSE_RECT_CHILD, {30, 0, 30, 40}, MOUSE_LEFTSINGLE, First),
+        Row(MOUSE_RECT_END_PARENT, {}),
+        Row(MOUSE_RECT_PARENT, {40, 10, 10, 10}),
+        Row(MOUSE_RECT_CHILD, {0, 0, 10, 10}, MOUSE_LEFTSINGLE, Second),
+        Row(MOUSE_RECT_END_PARENT, {}),
+        Row(MOUSE_RECT_END_PARENT, {}),
+        Row(MOUSE_RECT_EOL, {}),
+    };
+    orbsim::GaugeInstance inst;
+    inst.header.mouse_rect = rows;
+    g_clicks = {};
+    orbsim::ClickResult r = orbsim::DeliverClick(inst, 45, 15, MOUSE_LEFTSINGLE);
+    EXPECT_EQ(r.row, 6);
+    EXPECT_EQ(g_clicks.second, 1);
+    EXPECT_EQ(g_clicks.first, 0);
+    EXPECT_EQ(g_clicks.point.x, 5);
+    // Beside the button the knob's half still takes it.
+    r = orbsim::DeliverClick(inst, 35, 15, MOUSE_LEFTSINGLE);
+    EXPECT_EQ(r.row, 3);
+    EXPECT_EQ(g_clicks.first, 1);
+    // A later row that refuses the click's kind leaves it to the one below.
+    r = orbsim::DeliverClick(inst, 45, 15, MOUSE_RIGHTSINGLE);
+    EXPECT_FALSE(r.delivered);
+}
+
 TEST(Mouse, TheModulesLnavButtonTakesClicksThroughItsTable) {
     orbsim::GaugeInstance lnav;
     lnav.header = HeaderOf(GaugeId::LNAV);
