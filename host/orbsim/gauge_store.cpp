@@ -10,6 +10,7 @@
 //   [SECTION] Windows
 #include "gauge_store.h"
 
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 
@@ -197,16 +198,26 @@ void RunKillServices(GaugeStore& store) {
 
 // [SECTION] Frames
 void DrawFrame(GaugeStore& store) {
+    // The module's own work is timed apart from the host's bookkeeping
+    // (digests, strings), for `measure`.
+    double module_us = 0;
     for (auto& inst_ptr : store.instances) {
         GaugeInstance& inst = *inst_ptr;
         const PanelWindow& window = store.windows[static_cast<size_t>(inst.window)];
         if (!window.virtual_cockpit && !window.visible) continue;
         GAUGEHDR& h = inst.header;
+        auto start = std::chrono::steady_clock::now();
         Service(inst, PANEL_SERVICE_PRE_UPDATE, 0);
         if (h.update_routine) h.update_routine();
+        auto updated = std::chrono::steady_clock::now();
         inst.text_now.clear();
+        auto draw_start = std::chrono::steady_clock::now();
         Service(inst, PANEL_SERVICE_PRE_DRAW, 0);
         if (h.draw_routine) h.draw_routine();
+        auto drawn = std::chrono::steady_clock::now();
+        inst.last_module_us = std::chrono::duration<double, std::micro>(updated - start).count() +
+                              std::chrono::duration<double, std::micro>(drawn - draw_start).count();
+        module_us += inst.last_module_us;
         ++inst.draws;
         // A layer whose on-screen bit the gauge cleared is taken anew, and marked again.
         bool taken = false;
@@ -221,6 +232,7 @@ void DrawFrame(GaugeStore& store) {
         inst.pixels_digest = digest;
         inst.text_now.clear();
     }
+    store.last_frame_module_us = module_us;
     ++store.frames;
 }
 

@@ -57,6 +57,7 @@ struct GaugeInstance {
     std::vector<DrawnText> text_last;            // what the screen shows: of the last frame that drew
     uint64_t pixels_digest = 0;                  // of the drawing contexts' pixels after the last draw
     uint64_t draws = 0;                          // draw services delivered
+    double last_module_us = 0;                   // the last frame's update and draw, microseconds
     uint64_t redraws = 0;                        // draws after which a layer asked to be taken anew
     std::array<uint64_t, kServiceCount> services{};  // calls per service id
     int panel_line = 0;
@@ -77,6 +78,7 @@ struct GaugeStore {
     ResourceSet resources;
     uint32_t resource_handle = 0;                // what the install services get as extra data
     uint64_t frames = 0;                         // frames drawn since start
+    double last_frame_module_us = 0;             // the last frame's services, update and draw calls, microseconds
 };
 
 // Finds a module gauge header by name in the linkage's list; null if absent.

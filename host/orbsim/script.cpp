@@ -26,7 +26,9 @@
 #include <algorithm>
 #include <cinttypes>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
+#include <vector>
 
 namespace orbsim {
 
@@ -85,6 +87,7 @@ constexpr CommandSpec kCommands[] = {
     {"panel", 1, 1, "panel FILE"},
     {"run", 1, 1, "run SECONDS"},
     {"frames", 1, 1, "frames N"},
+    {"measure", 1, 1, "measure SECONDS"},
     {"click", 3, 4, "click GAUGE X Y [left|right|middle]"},
     {"set", 2, -1, "set NAME VALUE"},
     {"aircraft", 1, -1, "aircraft KEY=VALUE ..."},
@@ -196,6 +199,10 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
     const auto& w = line.words;
     if (name == "run" && (!ParseNumber(w[1], number) || number < 0 || number > kMaxRunSeconds)) {
         error = "run SECONDS needs a number of seconds from 0 to 86400, got '" + w[1] + "'";
+        return false;
+    }
+    if (name == "measure" && (!ParseNumber(w[1], number) || number <= 0 || number > kMaxRunSeconds)) {
+        error = "measure SECONDS needs a number of seconds above 0, at most 86400, got '" + w[1] + "'";
         return false;
     }
     if (name == "frames" && (!ParseNumber(w[1], number) || number < 0 || number > kMaxFrames || number != std::floor(number))) {
@@ -773,6 +780,46 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 RunFrame(host, true);
                 AfterFrame(host, run);
             }
+        } else if (cmd == "measure") {
+            // As `run`, timing the module's work of each frame (every
+            // gauge's update and draw services), and printing the figures.
+            if (!need_panel()) return bad("measure needs a panel: no panel is loaded");
+            ParseNumber(w[1], number);
+            long long frames = std::max(1LL, std::llround(number * host.fps));
+            const size_t count = host.gauges.instances.size();
+            std::vector<double> times;
+            std::vector<std::vector<double>> per_gauge(count);
+            times.reserve(static_cast<size_t>(frames));
+            for (long long f = 0; f < frames; ++f) {
+                RunFrame(host, true);
+                times.push_back(host.gauges.last_frame_module_us);
+                for (size_t i = 0; i < count; ++i) {
+                    const GaugeInstance& inst = *host.gauges.instances[i];
+                    const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst.window)];
+                    if (window.virtual_cockpit || window.visible) per_gauge[i].push_back(inst.last_module_us);
+                }
+                AfterFrame(host, run);
+            }
+            auto median = [](std::vector<double>& v) {
+                std::sort(v.begin(), v.end());
+                return v.empty() ? 0.0 : v[v.size() / 2];
+            };
+            std::sort(times.begin(), times.end());
+            auto at = [&](double q) { return times[static_cast<size_t>(q * static_cast<double>(times.size() - 1))]; };
+            int drawn = 0;
+            for (const auto& v : per_gauge) drawn += !v.empty();
+            std::printf("measure: %lld frames, %d gauges drawn a frame: median %.0f us, 90%% %.0f us, worst %.0f us\n",
+                        frames, drawn, at(0.5), at(0.9), times.back());
+            // Each drawn gauge's median, the dearest first.
+            std::vector<std::pair<double, size_t>> order;
+            for (size_t i = 0; i < count; ++i)
+                if (!per_gauge[i].empty()) order.emplace_back(median(per_gauge[i]), i);
+            std::sort(order.rbegin(), order.rend());
+            for (const auto& [us, i] : order) {
+                const GaugeInstance& inst = *host.gauges.instances[i];
+                std::printf("measure:   %-20s #%d  median %.0f us\n", inst.name.c_str(), inst.ordinal, us);
+            }
+            std::fflush(stdout);
         } else if (cmd == "frames") {
             ParseNumber(w[1], number);
             for (long long f = 0; f < static_cast<long long>(number); ++f) RunFrame(host, false);
