@@ -18,6 +18,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <string_view>
 
 namespace {
@@ -44,9 +45,8 @@ MapPoint Project(const MapView& view, double lat, double lon) {
     return p;
 }
 
-// The runway row an airport slot has for the selection, or null.
-const RunwayRecord* SelectedRunway(const AirportDetail& airport, const PlanText& selection) {
-    std::string_view name(selection.data());
+// The runway row an airport slot has for the name, or null.
+const RunwayRecord* SelectedRunway(const AirportDetail& airport, std::string_view name) {
     if (name.empty() || name == kNoSelection) return nullptr;
     int row = FindRunwayRow(airport, name);
     if (row < 1 || row > kRunwayLimit) return nullptr;
@@ -94,6 +94,24 @@ void DrawOneRunway(gdi::Graphics& g, const MapView& view, const RunwayRecord& rw
     }
 }
 
+// The destination's runway: the one chosen on the arrivals page, else the
+// chosen approach's own runway (a pilot who picks the ILS 21 has picked
+// runway 21).
+std::string_view ArrivalRunwayName() {
+    const PlanSelections& sel = g_plan.context.Selections;
+    std::string_view chosen(sel.ArrivalRunway.data());
+    if (!chosen.empty() && chosen != kNoSelection) return chosen;
+    std::string_view approach(sel.ApproachName.data());
+    if (approach.empty() || approach == kNoSelection) return {};
+    int name_row = ApproachRowOf(approach);
+    const DestinationProcedures& d = g_procedures.destination;
+    if (name_row < 1 || name_row > kApproachNameLimit) return {};
+    int row = d.ApproachNameTable[static_cast<size_t>(name_row)].Row;
+    if (row < 1 || row > kApproachLimit) return {};
+    const auto& runways = d.ApproachTable[static_cast<size_t>(row)].Runways;
+    return std::string_view(runways.data(), strnlen(runways.data(), runways.size()));
+}
+
 // The runway of the two airports whose ILS is on the frequency, or null.
 const RunwayRecord* RunwayWithIls(double frequency_mhz) {
     for (const AirportDetail* airport : {&g_airports.DestinationAirport, &g_airports.OriginAirport}) {
@@ -112,8 +130,8 @@ const RunwayRecord* RunwayWithIls(double frequency_mhz) {
 void DrawRunwaysLayer(gdi::Graphics& g, const MapView& view) {
     if (!(view.range < kRunwayMaxRange)) return;
     const PlanSelections& sel = g_plan.context.Selections;
-    const RunwayRecord* origin = SelectedRunway(g_airports.OriginAirport, sel.DepartureRunway);
-    const RunwayRecord* destination = SelectedRunway(g_airports.DestinationAirport, sel.ArrivalRunway);
+    const RunwayRecord* origin = SelectedRunway(g_airports.OriginAirport, sel.DepartureRunway.data());
+    const RunwayRecord* destination = SelectedRunway(g_airports.DestinationAirport, ArrivalRunwayName());
     if (origin == nullptr && destination == nullptr) return;
     BeginMapLayer(g, view);
     if (origin != nullptr) DrawOneRunway(g, view, *origin);

@@ -3,6 +3,7 @@
 // where the projection puts them and gated by range and selection.
 #include "frame/sim_access.h"
 #include "guidance/geodesy.h"
+#include "navdata/procedures.h"
 #include "nd_fixture.h"
 #include "support/fake_panels.h"
 
@@ -93,6 +94,19 @@ TEST(NdRunways, SelectedRunwayStandsWhereTheProjectionPutsItBelowRange80) {
     Select(g_plan.context.Selections.ArrivalRunway, "36");
     Frame dest = DrawTwice();
     EXPECT_GT(NearIn(dest, Hue::Cyan, kCentreX - 1, threshold_y + 8, kCentreX + 1, threshold_y + 40), 20);
+
+    // No runway chosen on the arrivals page, but the approach to it: its runway.
+    g_plan.context.Selections.ArrivalRunway = MakePlanText(kNoSelection);
+    EXPECT_EQ(NearIn(DrawTwice(), Hue::Cyan, kCentreX - 1, threshold_y + 8, kCentreX + 1, threshold_y + 40), 0);
+    g_procedures.destination.ApproachNameCount = 1;
+    std::snprintf(g_procedures.destination.ApproachNameTable[1].Name.data(), 16, "I36");
+    g_procedures.destination.ApproachNameTable[1].Row = 2;
+    std::snprintf(g_procedures.destination.ApproachTable[2].Runways.data(), 40, "36");
+    Select(g_plan.context.Selections.ApproachName, "I36");
+    EXPECT_GT(NearIn(DrawTwice(), Hue::Cyan, kCentreX - 1, threshold_y + 8, kCentreX + 1, threshold_y + 40), 20);
+    g_procedures.destination.ApproachNameCount = 0;    // the tables are process-wide: leave them as found
+    g_procedures.destination.ApproachNameTable[1] = ProcedureListEntry{};
+    g_procedures.destination.ApproachTable[2].Runways = {};
 
     // At 80 nm the layer is off.
     g_display.b737_range = 80;
