@@ -66,6 +66,15 @@ Affine RotateMatrix(double degrees) {
     return m;
 }
 
+bool OutsideClip(GpGraphics& g, double x1, double y1, double x2, double y2) {
+    double cx1 = 0, cy1 = 0, cx2 = 0, cy2 = 0;
+    cairo_save(g.cr);
+    cairo_identity_matrix(g.cr);
+    cairo_clip_extents(g.cr, &cx1, &cy1, &cx2, &cy2);
+    cairo_restore(g.cr);
+    return x2 < cx1 || x1 > cx2 || y2 < cy1 || y1 > cy2;
+}
+
 void Apply(const Affine& m, double& x, double& y) {
     double nx = x * m.m11 + y * m.m21 + m.dx;
     double ny = x * m.m12 + y * m.m22 + m.dy;

@@ -174,12 +174,17 @@ struct GpGraphics {
         PixelOffsetMode pixel_offset;
         TextRenderingHint text_hint;
     };
+
     std::array<Saved, gdip::kMaxSavedStates> saved{};
     int saved_count = 0;
 };
 
 namespace gdip {
 // [SECTION] Shared helpers
+// Whether a box in device pixels lies wholly outside the graphics' clip (the
+// surface when nothing clips): such a shape or string is rejected by its
+// bounds, as GDI+ does, before any rasterising.
+bool OutsideClip(GpGraphics& g, double x1, double y1, double x2, double y2);
 bool IsGraphics(const GpGraphics* g);
 bool IsPen(const GpPen* p);
 bool IsBrush(const GpBrush* b);

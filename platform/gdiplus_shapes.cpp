@@ -15,6 +15,7 @@
 // open ends of each figure, turned along the end's direction.
 #include "gdiplus_internal.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -175,8 +176,31 @@ bool HasFigureCaps(LineCap cap) { return cap == LineCapTriangle || cap >= LineCa
 
 // [SECTION] Stroke and fill
 
+namespace {
+// The path's points in device pixels, grown by `margin` device pixels each
+// way, lie wholly outside the clip. Bezier control points bound their curves.
+bool PathOutsideClip(GpGraphics& g, const GpPath& path, double margin) {
+    double x1 = 1e300, y1 = 1e300, x2 = -1e300, y2 = -1e300;
+    for (const PathPoint& p : path.points) {
+        double x = p.x, y = p.y;
+        Apply(g.world, x, y);
+        x1 = std::min(x1, x);
+        y1 = std::min(y1, y);
+        x2 = std::max(x2, x);
+        y2 = std::max(y2, y);
+    }
+    if (!(x1 <= x2) || !(y1 <= y2)) return false;  // not finite: let cairo decide
+    return OutsideClip(g, x1 - margin, y1 - margin, x2 + margin, y2 + margin);
+}
+}  // namespace
+
 GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
     if (path.points.empty()) return Ok;
+    // Miter joins, caps and arrow heads reach some pen widths past the points.
+    double cap_widths = std::max({pen.start_custom.height, pen.start_custom.width, pen.end_custom.height,
+                                  pen.end_custom.width, 0.0});
+    double reach = EffectiveWidth(g, pen) * LinearScale(g.world) * (10 + cap_widths) + 2;
+    if (PathOutsideClip(g, path, reach)) return Ok;
     cairo_t* cr = g.cr;
     cairo_save(cr);
     UseWorldMatrix(g);
@@ -204,6 +228,7 @@ GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
 
 GpStatus FillPoints(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode) {
     if (path.points.empty()) return Ok;
+    if (PathOutsideClip(g, path, 2)) return Ok;
     cairo_t* cr = g.cr;
     cairo_save(cr);
     UseWorldMatrix(g);

@@ -20,6 +20,7 @@
 #include "draw_record.h"
 #include "gdiplus_internal.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <new>
@@ -499,60 +500,110 @@ GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string
     ResetLayout(lay);
     if (!ReadString(string, length, lay.text)) return InvalidParameter;
     if (lay.text.empty()) return Ok;
-    LayOut(lay, *font, *layoutRect, stringFormat);
     GpGraphics& g = *graphics;
+    // [0] A string that can't reach the clip however it is laid out (a map's
+    // idents far beyond its frame) is rejected before its layout, the dear
+    // part, and only recorded, with its layout point for both boxes.
+    {
+        const GpRectF& r = *layoutRect;
+        double em = EmInWorld(*font);
+        double chars = static_cast<double>(lay.text.size());
+        double reach_x = chars * 1.2 * em + 2 * em;   // no glyph advances more than 1.2 em
+        double reach_y = chars * 1.5 * em + 2 * em;   // a line a character at the worst wrap
+        double xs[2] = {r.X - reach_x, r.X + r.Width + reach_x};
+        double ys[2] = {r.Y - reach_y, r.Y + r.Height + reach_y};
+        double x1 = 1e300, y1 = 1e300, x2 = -1e300, y2 = -1e300;
+        for (double wx : xs)
+            for (double wy : ys) {
+                double dx = wx, dy = wy;
+                Apply(g.world, dx, dy);
+                x1 = std::min(x1, dx);
+                y1 = std::min(y1, dy);
+                x2 = std::max(x2, dx);
+                y2 = std::max(y2, dy);
+            }
+        if (x1 <= x2 && y1 <= y2 && OutsideClip(g, x1, y1, x2, y2)) {
+            OrbDrawnText rec{};
+            rec.hdc = g.hdc;
+            rec.utf8 = lay.text.c_str();
+            DeviceBox(g.world, r.X, r.Y, r.Width, r.Height, rec.layout_x, rec.layout_y, rec.layout_width,
+                      rec.layout_height);
+            DeviceBox(g.world, r.X, r.Y, 0, 0, rec.text_x, rec.text_y, rec.text_width, rec.text_height);
+            rec.baseline_x = r.X;
+            rec.baseline_y = r.Y + font->ascent * em;
+            Apply(g.world, rec.baseline_x, rec.baseline_y);
+            rec.angle_deg = std::atan2(g.world.m12, g.world.m11) * 180.0 / M_PI;
+            rec.argb = brush->color;
+            rec.font_family = font->family.data();
+            rec.font_face = font->face;
+            rec.font_size_px = em * LinearScale(g.world);
+            rec.font_style = font->style;
+            rec.line_count = 1;
+            platform::RecordDrawnText(rec);
+            return Ok;
+        }
+    }
+    LayOut(lay, *font, *layoutRect, stringFormat);
     int flags = stringFormat != nullptr ? stringFormat->flags : 0;
 
-    // [1] Glyphs, in the world transform, within the layout rectangle.
+    // [1] Glyphs, in the world transform, within the layout rectangle. A
+    // string wholly outside the clip (a map's idents beyond its frame) is
+    // only recorded: GDI+ rejects it by its bounds before any glyph work.
     cairo_t* cr = g.cr;
-    cairo_save(cr);
-    UseWorldMatrix(g);
     const GpRectF& r = *layoutRect;
-    if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0)) {
-        constexpr double kUnbounded = 1e6;  // world units: beyond any surface
-        double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;
-        double cy = r.Height > 0 ? r.Y : -kUnbounded, ch = r.Height > 0 ? r.Height : 2 * kUnbounded;
-        cairo_new_path(cr);
-        cairo_rectangle(cr, cx, cy, cw, ch);
-        cairo_clip(cr);
-    }
-    static cairo_font_options_t* smooth = nullptr;
-    static cairo_font_options_t* sharp = nullptr;
-    if (smooth == nullptr) {
-        smooth = cairo_font_options_create();
-        cairo_font_options_set_antialias(smooth, CAIRO_ANTIALIAS_GRAY);
-        cairo_font_options_set_hint_style(smooth, CAIRO_HINT_STYLE_NONE);
-        cairo_font_options_set_hint_metrics(smooth, CAIRO_HINT_METRICS_OFF);
-        sharp = cairo_font_options_copy(smooth);
-        cairo_font_options_set_antialias(sharp, CAIRO_ANTIALIAS_NONE);
-    }
-    bool single_bit = g.text_hint == TextRenderingHintSingleBitPerPixelGridFit ||
-                      g.text_hint == TextRenderingHintSingleBitPerPixel;
-    cairo_set_font_options(cr, single_bit ? sharp : smooth);
-    UseFont(cr, *font, lay.em);
-    UseColor(cr, brush->color);
-    std::string run;
-    for (int i = 0; i < lay.line_count; ++i) {
-        const Line& line = lay.lines[i];
-        double baseline = lay.top + i * lay.line_height + font->ascent * lay.em;
-        run.assign(lay.text, line.begin, line.end - line.begin);
-        cairo_new_path(cr);
-        cairo_move_to(cr, line.x, baseline);
-        cairo_show_text(cr, run.c_str());
-        // Underline and strikeout as bars the width of the run.
-        if (font->style & FontStyleUnderline) {
+    double bx = 0, by = 0, bw = 0, bh = 0;
+    DeviceBox(g.world, lay.text_left, lay.top, lay.text_right - lay.text_left, lay.line_count * lay.line_height, bx, by,
+              bw, bh);
+    constexpr double kGlyphOverhang = 4;  // device pixels a glyph may reach past its advance box
+    if (!OutsideClip(g, bx - kGlyphOverhang, by - kGlyphOverhang, bx + bw + kGlyphOverhang, by + bh + kGlyphOverhang)) {
+        cairo_save(cr);
+        UseWorldMatrix(g);
+        if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0)) {
+            constexpr double kUnbounded = 1e6;  // world units: beyond any surface
+            double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;
+            double cy = r.Height > 0 ? r.Y : -kUnbounded, ch = r.Height > 0 ? r.Height : 2 * kUnbounded;
             cairo_new_path(cr);
-            cairo_rectangle(cr, line.x, baseline + 0.106 * lay.em, line.advance, 0.073 * lay.em);
-            cairo_fill(cr);
+            cairo_rectangle(cr, cx, cy, cw, ch);
+            cairo_clip(cr);
         }
-        if (font->style & FontStyleStrikeout) {
+        static cairo_font_options_t* smooth = nullptr;
+        static cairo_font_options_t* sharp = nullptr;
+        if (smooth == nullptr) {
+            smooth = cairo_font_options_create();
+            cairo_font_options_set_antialias(smooth, CAIRO_ANTIALIAS_GRAY);
+            cairo_font_options_set_hint_style(smooth, CAIRO_HINT_STYLE_NONE);
+            cairo_font_options_set_hint_metrics(smooth, CAIRO_HINT_METRICS_OFF);
+            sharp = cairo_font_options_copy(smooth);
+            cairo_font_options_set_antialias(sharp, CAIRO_ANTIALIAS_NONE);
+        }
+        bool single_bit = g.text_hint == TextRenderingHintSingleBitPerPixelGridFit ||
+                          g.text_hint == TextRenderingHintSingleBitPerPixel;
+        cairo_set_font_options(cr, single_bit ? sharp : smooth);
+        UseFont(cr, *font, lay.em);
+        UseColor(cr, brush->color);
+        std::string run;
+        for (int i = 0; i < lay.line_count; ++i) {
+            const Line& line = lay.lines[i];
+            double baseline = lay.top + i * lay.line_height + font->ascent * lay.em;
+            run.assign(lay.text, line.begin, line.end - line.begin);
             cairo_new_path(cr);
-            cairo_rectangle(cr, line.x, baseline - 0.259 * lay.em, line.advance, 0.05 * lay.em);
-            cairo_fill(cr);
+            cairo_move_to(cr, line.x, baseline);
+            cairo_show_text(cr, run.c_str());
+            // Underline and strikeout as bars the width of the run.
+            if (font->style & FontStyleUnderline) {
+                cairo_new_path(cr);
+                cairo_rectangle(cr, line.x, baseline + 0.106 * lay.em, line.advance, 0.073 * lay.em);
+                cairo_fill(cr);
+            }
+            if (font->style & FontStyleStrikeout) {
+                cairo_new_path(cr);
+                cairo_rectangle(cr, line.x, baseline - 0.259 * lay.em, line.advance, 0.05 * lay.em);
+                cairo_fill(cr);
+            }
         }
+        cairo_restore(cr);
+        cairo_surface_flush(g.surface);
     }
-    cairo_restore(cr);
-    cairo_surface_flush(g.surface);
 
     // [2] The record for the host, in device pixels.
     OrbDrawnText rec{};

@@ -42,6 +42,7 @@ const char kHelp[] =
     "  run SECONDS                 let time pass: frames at the frame rate, the aircraft\n"
     "                              and TICK18 (18 Hz) at the simulation rate\n"
     "  frames N                    draw N frames without moving time\n"
+    "  measure SECONDS             as run, printing the module's work a frame and each gauge's\n"
     "  click GAUGE X Y [BUTTON]    a click at bezel pixel X,Y of GAUGE or GAUGE#N\n"
     "  key GAUGE NAME              press a CDU key by its name (EXEC, LSK2L, RTE, ...)\n"
     "  type GAUGE TEXT             press the CDU keys that type TEXT, a frame after each\n"

@@ -13,7 +13,7 @@ TEST(PanelCfg, TheSamplePanelHasItsWindowsGaugesAndProfileName) {
     PanelDesc panel;
     std::string error;
     ASSERT_TRUE(orbsim::ReadPanelFile(std::string(ORB_SOURCE_DIR) + "/data/sim/panels/twinjet.cfg", panel, error)) << error;
-    ASSERT_EQ(panel.windows.size(), 4u);
+    ASSERT_EQ(panel.windows.size(), 5u);
     EXPECT_EQ(panel.windows[0].ident, 0);
     EXPECT_TRUE(panel.windows[0].visible);
     EXPECT_EQ(panel.windows[1].ident, 4004);
@@ -26,6 +26,16 @@ TEST(PanelCfg, TheSamplePanelHasItsWindowsGaugesAndProfileName) {
     for (const auto& g : panel.windows[3].gauges)
         if (g.gauge == "C17_MFD") screens += g.parameters;
     EXPECT_EQ(screens, "1234");
+    // The navigation displays' window: one display of every family besides
+    // the B737's (the whole-panel benchmark counts on it).
+    EXPECT_EQ(panel.windows[4].ident, 4031);
+    std::string families;
+    for (const auto& g : panel.windows[4].gauges)
+        if (g.gauge.find("CNTR") == std::string::npos &&
+            (g.gauge.find("_ND") != std::string::npos || g.gauge.find("EHSI_NB") != std::string::npos ||
+             g.gauge.find("MFD_NB") != std::string::npos))
+            families += g.gauge + " ";
+    EXPECT_EQ(families, "HW_MD11_ND MD80_EHSI_NB DU_1000_EHSI_NB EFS50_EHSI_NB P1000_MFD_NB PROLINE4_MFD_NB ");
     bool profile = false, cdu = false, popup_nd = false;
     for (const auto& w : panel.windows)
         for (const auto& g : w.gauges) {

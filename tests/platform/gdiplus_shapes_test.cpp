@@ -453,3 +453,32 @@ TEST(GdiplusShapes, PathsJoinFiguresAndCloseThem) {
     EXPECT_EQ(k.At(50, 60), 0u);
     GdipDeletePath(p);
 }
+
+TEST(GdiplusShapes, ShapesOutsideTheClipAreSkippedButWidePensStillReachIn) {
+    Canvas c(120, 120);
+    Sharp s(c);
+    ASSERT_EQ(GdipSetClipRectI(s.g, 40, 40, 40, 40, CombineModeReplace), Ok);
+    // A thin line and a fill far outside: nothing.
+    PenOf thin(kRed, 1);
+    BrushOf blue(kBlue);
+    ASSERT_EQ(GdipDrawLine(s.g, thin.p, -500, 10, -400, 10), Ok);
+    ASSERT_EQ(GdipFillRectangle(s.g, blue.b, 500, 500, 20, 20), Ok);
+    EXPECT_EQ(c.InkedAll(), 0);
+    // A 20-pixel pen whose centre line runs 6 pixels left of the clip: its
+    // right half paints inside.
+    PenOf wide(kGreen, 20);
+    ASSERT_EQ(GdipDrawLine(s.g, wide.p, 34, 0, 34, 120), Ok);
+    EXPECT_EQ(RowRuns(c, 60, 40, 80).first, 4);
+    // An arrow head wider than its line: the line (4 pixels, y 32 to 36)
+    // stays above the clip, the head's base (4 widths, y 26 to 42) reaches in.
+    Canvas c2(120, 120);
+    Sharp s2(c2);
+    ASSERT_EQ(GdipSetClipRectI(s2.g, 0, 40, 120, 80, CombineModeReplace), Ok);
+    PenOf arrow(kRed, 4);
+    GpAdjustableArrowCap* cap = nullptr;
+    ASSERT_EQ(GdipCreateAdjustableArrowCap(6, 4, TRUE, &cap), Ok);
+    ASSERT_EQ(GdipSetPenCustomEndCap(arrow.p, cap), Ok);
+    ASSERT_EQ(GdipDrawLine(s2.g, arrow.p, 0, 34, 60, 34), Ok);
+    GdipDeleteCustomLineCap(cap);
+    EXPECT_GT(c2.Inked(0, 40, 120, 44), 0);
+}

@@ -268,3 +268,27 @@ TEST(GdiplusText, TransformedTextIsRecordedInDevicePixels) {
     EXPECT_GT(c.Inked(88, 50, 100, 50 + static_cast<int>(width) + 3), 30);
     EXPECT_EQ(c.Inked(101, 40, 300, 200), 0);
 }
+
+TEST(GdiplusText, StringsOutsideTheClipAreToldButNotInked) {
+    TextHost host;
+    Text arial(u"Arial", 20);
+    ASSERT_EQ(GdipSetClipRect(arial.g, 100, 50, 100, 100, CombineModeReplace), Ok);
+    // Far outside (as a map's idents beyond its frame): told, no ink.
+    ASSERT_EQ(arial.Draw(u"FARAWAY", {-2000, 60, 0, 0}), Ok);
+    ASSERT_EQ(arial.Draw(u"BELOW", {120, 900, 0, 0}), Ok);
+    EXPECT_EQ(arial.canvas.InkedAll(), 0);
+    ASSERT_EQ(host.seen().size(), 2u);
+    EXPECT_EQ(host.seen()[0].text, "FARAWAY");
+    EXPECT_NEAR(host.seen()[0].plain_x, -2000, 1e-6);
+    // Starting left of the clip but long enough to run into it: its ink
+    // inside the clip shows, none outside it.
+    ASSERT_EQ(arial.Draw(u"WWWWWWWW", {30, 80, 0, 0}), Ok);
+    const Canvas& c = arial.canvas;
+    EXPECT_GT(c.Inked(100, 50, 200, 150), 20);
+    EXPECT_EQ(c.InkedAll(), c.Inked(100, 50, 200, 150));
+    // Just above the clip with its descenders reaching in: "g" and "y" ink it.
+    Text low(u"Arial", 20);
+    ASSERT_EQ(GdipSetClipRect(low.g, 0, 40, 300, 100, CombineModeReplace), Ok);
+    ASSERT_EQ(low.Draw(u"gggyyy", {20, 40 - 20 * 1.05f, 0, 0}), Ok);
+    EXPECT_GT(low.canvas.Inked(0, 40, 300, 60), 0);
+}
