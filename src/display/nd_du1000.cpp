@@ -191,7 +191,7 @@ void DrawAdfPointer(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
     if (!(g_sim.adf_signal > kAdfSignalMin) || !std::isfinite(g_sim.adf_needle)) return;
     bool rose = mode == kDu1000ModeRose;
     float cy = F(rose ? kDu1000RoseCentreY : kDu1000ArcCentreY);
-    float length = rose ? F(kDu1000RoseRadius - 10) : F(kDu1000ArcRadius * 0.75);
+    float length = rose ? F(kDu1000RoseRadius - 10) : F(kDu1000ArcRadius * 0.55);
     gdi::Pen pen(palette::kCyan, 1.5f);
     ResetToDesign(surface);
     g.Translate(kDu1000CentreX, cy);

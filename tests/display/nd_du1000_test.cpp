@@ -194,7 +194,9 @@ TEST(Du1000Layers, RangeGatesAndTheSeparateVorAndNdbSwitches) {
         double range;
         bool navaids, airports, fixes;
     };
-    const Case cases[] = {{0.5, true, true, true},     {15, true, true, true},      {40, true, true, true},
+    // At 0.5 the airport, 14 nm out, lies beyond its cull of 2 x 0.5 + 10 nm;
+    // the navaids' and intersections' cull is 50 nm wider.
+    const Case cases[] = {{0.5, true, false, true},    {15, true, true, true},      {40, true, true, true},
                           {60, true, true, false},     {160, true, true, false},    {240, false, false, false}};
     for (int mode : {2, 3}) {
         for (Case c : cases) {
