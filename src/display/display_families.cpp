@@ -9,6 +9,7 @@
 #include "display/efs50_tcas.h"
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
+#include "display/nd_du1000.h"
 #include "display/nd_md11.h"
 #include "display/nd_md80.h"
 #include "display/pfd_b777.h"
@@ -26,6 +27,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_MD11_ND, &DrawMd11Nd},
     {GaugeId::HW_MD11_ND_NB, &DrawMd11Nd},
     {GaugeId::MD80_EHSI_NB, &DrawMd80Ehsi},
+    {GaugeId::DU_1000_EHSI, &DrawDu1000Ehsi},
+    {GaugeId::DU_1000_EHSI_NB, &DrawDu1000Ehsi},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},

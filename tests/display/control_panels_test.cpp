@@ -550,3 +550,105 @@ TEST(MoreEfisPanels, ProLineEfs50AndP1000PanelsDriveTheirDisplaysState) {
     EXPECT_EQ(g_display.p1000_navaids, 1);
     EXPECT_EQ(g_display.switches[0].airports, 0);                // its own flags, not the common switch
 }
+
+TEST(A300Panel, EveryKnobAndKeyActsAndTheTwelveLampsFollowAtUpdateAndDraw) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    GaugeInstance panel(GaugeId::A300_EFIS_CTRL, "");
+    const GaugeId id = GaugeId::A300_EFIS_CTRL;
+    ASSERT_EQ(SpecOf(id).icon_layers, 12);
+    // The lamps that should be lit, from the state as this test tracks it.
+    int mode = 0, switches[4] = {0, 0, 0, 0}, traffic = 0;
+    double range = 60;
+    auto lamps_follow = [&](const char* after) {
+        bool lit[13] = {};
+        lit[1] = range <= 15;
+        lit[2] = range == 30;
+        lit[3] = range == 120;
+        lit[4] = range == 240;
+        for (int m = 0; m < 3; ++m) lit[5 + m] = mode == m;
+        for (int k = 0; k < 4; ++k) lit[8 + k] = switches[k] == 1;
+        lit[12] = traffic == 1;
+        for (int service : {PANEL_SERVICE_PRE_UPDATE, PANEL_SERVICE_PRE_DRAW}) {
+            panel.Service(service);
+            for (int layer = 1; layer <= 12; ++layer)
+                EXPECT_EQ(panel.Hidden(layer), !lit[layer]) << after << ", service " << service << ", lamp " << layer;
+        }
+    };
+    lamps_follow("start");
+    // The mode knob: right half up 0, 1, 3, 2 and stops; left half back down.
+    for (int expected : {1, 3, 2, 2}) {
+        ASSERT_TRUE(Click(id, 120, 180));
+        mode = expected;
+        EXPECT_EQ(g_display.du1000_mode, expected);
+        lamps_follow("mode up");
+    }
+    for (int expected : {3, 1, 0, 0}) {
+        ASSERT_TRUE(Click(id, 60, 180));
+        mode = expected;
+        EXPECT_EQ(g_display.du1000_mode, expected);
+        lamps_follow("mode down");
+    }
+    // The range knob: right half up to 240 and held, left half down to the
+    // MinMapRange of 10; every other family steps along.
+    for (double expected : {120.0, 240.0, 240.0}) {
+        ASSERT_TRUE(Click(id, 300, 180));
+        range = expected;
+        EXPECT_DOUBLE_EQ(g_display.du1000_range, expected);
+        lamps_follow("range up");
+    }
+    EXPECT_DOUBLE_EQ(g_display.b737_range, 80);     // 10 stepped up three times
+    for (double expected : {120.0, 60.0, 30.0, 15.0, 10.0, 10.0}) {
+        ASSERT_TRUE(Click(id, 250, 180));
+        range = expected;
+        EXPECT_DOUBLE_EQ(g_display.du1000_range, expected);
+        lamps_follow("range down");
+    }
+    // The four map keys, each twice: intersections, navaids, NDB, airports.
+    const int key_x[] = {120, 185, 248, 310};
+    const MapSwitches& du = g_display.switches[static_cast<size_t>(MapFamily::DU1000)];
+    for (int k = 0; k < 4; ++k) {
+        for (int press = 1; press <= 2; ++press) {
+            ASSERT_TRUE(Click(id, key_x[k], 250));
+            switches[k] = press % 2;
+            EXPECT_EQ(du.intersections, switches[0]);
+            EXPECT_EQ(du.navaids, switches[1]);
+            EXPECT_EQ(g_display.du1000_ndb, switches[2]);
+            EXPECT_EQ(du.airports, switches[3]);
+            lamps_follow("map key");
+        }
+    }
+    // The NDB key is the display's own: no other family's switch moves with it.
+    ASSERT_TRUE(Click(id, 248, 250));
+    switches[2] = 1;
+    EXPECT_EQ(g_display.proline4_ndb, 0);
+    EXPECT_EQ(g_display.switches[static_cast<size_t>(MapFamily::B737)].navaids, 0);
+    lamps_follow("NDB");
+    // The common keys do move every family: airports and traffic.
+    ASSERT_TRUE(Click(id, 310, 250));
+    switches[3] = 1;
+    EXPECT_EQ(g_display.switches[static_cast<size_t>(MapFamily::MD80)].airports, 1);
+    ASSERT_TRUE(Click(id, 48, 110));
+    traffic = 1;
+    EXPECT_EQ(g_display.switches[static_cast<size_t>(MapFamily::B737)].traffic, 1);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 8);          // the common switch's EFS 50 work
+    lamps_follow("traffic");
+    // The heading knob sends its key events, left half 0x1007E, right 0x1007F,
+    // and repeats while held; the other knobs don't.
+    ASSERT_TRUE(Click(id, 290, 75));
+    ASSERT_TRUE(Click(id, 290, 75));
+    ASSERT_TRUE(Click(id, 330, 75));
+    EXPECT_EQ(scope.sim.CountEvents(0x1007E), 2);
+    EXPECT_EQ(scope.sim.CountEvents(0x1007F), 1);
+    const MOUSERECT* rows = MouseTableOf(id);
+    int repeating = 0, children = 0;
+    for (int i = 1; rows[i].rect_type != MOUSE_RECT_EOL; ++i) {
+        if (rows[i].rect_type != MOUSE_RECT_CHILD) continue;
+        ++children;
+        if ((rows[i].mouse_flags & MOUSE_DOWN_REPEAT) != 0) ++repeating;
+    }
+    EXPECT_EQ(children, 2 + 2 + 4 + 1 + 2);          // three knobs of two halves, five keys
+    EXPECT_EQ(repeating, 2);
+    // Outside every area nothing happens.
+    EXPECT_FALSE(Click(id, 5, 5));
+}
