@@ -1,4 +1,5 @@
-// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's and the MD80_EHSI_NB's frames over a
+// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's, the MD80_EHSI_NB's and the
+// EFS50_EHSI's frames over a
 // long flight across the densest part of a full-size database, at each range
 // of the ladder, with every map switch on and the proximity subsets rebuilt
 // as the aircraft moves. Reports the median and the worst frame: the map
@@ -21,6 +22,7 @@
 // `orbnav import-xplane`); without one the benchmark skips with a message.
 #include "display/display_frame.h"
 #include "display/display_state.h"
+#include "display/nd_efs50.h"
 #include "display/nd_md80.h"
 #include "frame/sim_state.h"
 #include "frame/module_state.h"
@@ -143,6 +145,9 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.md11_range = range;
     g_display.md80_mode = kMd80ModeMap;
     g_display.md80_range = range;
+    g_display.efs50_hsi_mode = kEfs50ModeArcMap;
+    g_display.efs50_nav_mode = kEfs50NavFms;
+    g_display.efs50_range = range;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -161,10 +166,12 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_plan.context.ActiveLastRow = rows - 1;
 
     // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
-    // the MD-80's design size, 266 x 232.
+    // the MD-80's design size, 266 x 232, the EFS 50's, 266 x 230.
     const bool md11 = gauge == GaugeId::HW_MD11_ND;
     const bool md80 = gauge == GaugeId::MD80_EHSI_NB;
-    const int width = md80 ? 266 : md11 ? 246 : 247, height = md80 ? 232 : md11 ? 241 : 294;
+    const bool efs50 = gauge == GaugeId::EFS50_EHSI;
+    const int width = md80 || efs50 ? 266 : md11 ? 246 : 247;
+    const int height = efs50 ? 230 : md80 ? 232 : md11 ? 241 : 294;
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
     OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), width, height, width * 4};
     std::vector<double> times;
@@ -235,6 +242,9 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(sta
 static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_MD11_ND); }
 // The MD80_EHSI_NB's MAP page: navaids and airports to 160, intersections to 80.
 static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::MD80_EHSI_NB); }
+// The EFS50_EHSI's ARC MAP page on the flight plan: navaids and airports to
+// 160, intersections to 40.
+static void BM_Efs50EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::EFS50_EHSI); }
 
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
@@ -252,6 +262,10 @@ BENCHMARK(BM_Md11NdFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Md80EhsiFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Efs50EhsiFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

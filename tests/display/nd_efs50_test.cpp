@@ -258,12 +258,13 @@ TEST(Efs50Marks, AltitudeRangeArcOnlyWithItsOption) {
     g_sim.ground_speed = 300;
     // 5000 ft at 1000 ft/min is 5 minutes, 25 nm at 300 kt: 50 pixels ahead,
     // the top of the arc at (129, 64).
-    auto green_top = [](const Frame& f) { return f.Near(0xFF00FA00, 40, 110, 61, 150, 68); };
+    auto green_top = [](const Frame& f) { return f.Near(0xFF00FA00, 90, 110, 61, 150, 68); };
     g_config.DrawBodArcOnEFS50EHSI = 0;
     Frame without = DrawEfs50();
     EXPECT_EQ(green_top(without), 0);
     g_config.DrawBodArcOnEFS50EHSI = 1;
     Frame with = DrawEfs50();
+    with.WritePng("efs50_ehsi_altitude_arc.png");
     EXPECT_GT(green_top(with), 20);
     // Climbing, nothing.
     g_sim.vertical_speed.now = 500;
@@ -343,11 +344,12 @@ TEST(Efs50Traffic, OnlyInModeEightAtTheTrafficRange) {
     EXPECT_NEAR(target->box.layout_x, 129 + 46 - 13, 1.5);
     EXPECT_NEAR(target->box.layout_y, 118 + 12, 1.5);
     EXPECT_EQ(target->box.argb, 0xFFFFFF00u);
-    // At 2 nm the target lies beyond the ring: not drawn.
-    g_display.efs50_traffic_range = 2;
-    Frame near = DrawEfs50();
-    EXPECT_TRUE(near.Has("2 NM"));
-    EXPECT_FALSE(near.Has("+3"));
+    // At 20 nm the same target stands half as far out: 23 pixels.
+    g_display.efs50_traffic_range = 20;
+    Frame wide = DrawEfs50();
+    EXPECT_TRUE(wide.Has("20 NM"));
+    ASSERT_TRUE(wide.Has("+3"));
+    EXPECT_NEAR(wide.Find("+3")->box.layout_x, 129 + 23 - 13, 1.5);
     // The switch off: "OFF" and no targets.
     g_display.efs50_traffic_range = 10;
     Efs50Switches().traffic = 0;
