@@ -1,5 +1,4 @@
-// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's, the MD80_EHSI_NB's and the
-// DU_1000_EHSI's frames over a
+// nd_frame_bench.cpp: every navigation display family's frames over a
 // long flight across the densest part of a full-size database, at each range
 // of the ladder, with every map switch on and the proximity subsets rebuilt
 // as the aircraft moves. Reports the median and the worst frame: the map
@@ -23,6 +22,7 @@
 #include "display/display_frame.h"
 #include "display/display_state.h"
 #include "display/nd_du1000.h"
+#include "display/nd_efs50.h"
 #include "display/nd_md80.h"
 #include "frame/sim_state.h"
 #include "frame/module_state.h"
@@ -148,6 +148,9 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.du1000_mode = kDu1000ModeMap;
     g_display.du1000_range = range;
     g_display.du1000_ndb = 1;
+    g_display.efs50_hsi_mode = kEfs50ModeArcMap;
+    g_display.efs50_nav_mode = kEfs50NavFms;
+    g_display.efs50_range = range;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -166,12 +169,15 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_plan.context.ActiveLastRow = rows - 1;
 
     // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
-    // the MD-80's design size, 266 x 232, the DU 1000's 318 x 311.
-    const bool md11 = gauge == GaugeId::HW_MD11_ND;
-    const bool md80 = gauge == GaugeId::MD80_EHSI_NB;
-    const bool du1000 = gauge == GaugeId::DU_1000_EHSI;
-    const int width = du1000 ? 318 : md80 ? 266 : md11 ? 246 : 247;
-    const int height = du1000 ? 311 : md80 ? 232 : md11 ? 241 : 294;
+    // the design sizes of the others.
+    int width = 247, height = 294;
+    switch (gauge) {
+    case GaugeId::HW_MD11_ND: width = 246; height = 241; break;
+    case GaugeId::MD80_EHSI_NB: width = 266; height = 232; break;
+    case GaugeId::DU_1000_EHSI: width = 318; height = 311; break;
+    case GaugeId::EFS50_EHSI: width = 266; height = 230; break;
+    default: break;
+    }
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
     OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), width, height, width * 4};
     std::vector<double> times;
@@ -243,6 +249,9 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(sta
 static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_MD11_ND); }
 // The MD80_EHSI_NB's MAP page: navaids and airports to 160, intersections to 80.
 static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::MD80_EHSI_NB); }
+// The EFS50_EHSI's ARC MAP page on the flight plan: navaids and airports to
+// 160, intersections to 40.
+static void BM_Efs50EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::EFS50_EHSI); }
 
 // The DU_1000_EHSI's map page: VORs, NDBs and airports to 160,
 // intersections to 40; its ladder in thousandths of a nm (it starts at 0.05).
@@ -271,6 +280,10 @@ BENCHMARK(BM_Md80EhsiFrameAcrossDenseRegion)
 BENCHMARK(BM_Du1000EhsiFrameAcrossDenseRegion)
     ->Arg(50)->Arg(125)->Arg(250)->Arg(500)->Arg(1000)->Arg(2500)->Arg(5000)->Arg(10000)->Arg(15000)
     ->Arg(30000)->Arg(60000)->Arg(120000)->Arg(240000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Efs50EhsiFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -10,6 +10,7 @@
 #include "display/eicas_proline.h"
 #include "display/nd_b737.h"
 #include "display/nd_du1000.h"
+#include "display/nd_efs50.h"
 #include "display/nd_md11.h"
 #include "display/nd_md80.h"
 #include "display/pfd_b777.h"
@@ -37,6 +38,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::EFS50_EADI_NB, &DrawEfs50Eadi},
     {GaugeId::DEBUG, &DrawDebugPage},
     {GaugeId::EFS50_TCAS, &DrawEfs50Tcas},
+    {GaugeId::EFS50_EHSI, &DrawEfs50Ehsi},
+    {GaugeId::EFS50_EHSI_NB, &DrawEfs50Ehsi},
 };
 }  // namespace
 

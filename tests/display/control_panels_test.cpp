@@ -652,3 +652,58 @@ TEST(A300Panel, EveryKnobAndKeyActsAndTheTwelveLampsFollowAtUpdateAndDraw) {
     // Outside every area nothing happens.
     EXPECT_FALSE(Click(id, 5, 5));
 }
+
+TEST(Efs50Panel, ModeRangeNavAndTrafficKeysChangeTheEhsiPicture) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    auto draw = [] { return DrawNd(1, GaugeId::EFS50_EHSI, 266, 230); };
+    auto click = [](int x, int y) { ASSERT_TRUE(Click(GaugeId::EFS50_EHSI_CNTR, x, y)); };
+    // At start: HSI mode 1 on the radio, no map and so no range.
+    Frame start = draw();
+    EXPECT_TRUE(start.Has("HSI"));
+    EXPECT_FALSE(start.Has("FMS"));
+    EXPECT_FALSE(start.Has("12.5 NM"));
+    // The nav key brings the flight plan.
+    click(280, 60);
+    EXPECT_TRUE(draw().Has("FMS"));
+    // The full-rose key: ROSE and ROSE MAP with their range, then HSI again.
+    for (const char* name : {"ROSE", "ROSE MAP", "HSI"}) {
+        click(150, 60);
+        Frame f = draw();
+        EXPECT_TRUE(f.Has(name)) << name;
+        EXPECT_EQ(f.Has("12.5 NM"), std::string(name) != "HSI") << name;
+    }
+    // The arc key: from the rose into ARC HSI, then round its group.
+    for (const char* name : {"ARC HSI", "ARC", "ARC MAP", "ARC BRG", "ARC HSI", "ARC"}) {
+        click(210, 60);
+        EXPECT_TRUE(draw().Has(name)) << name;
+    }
+    // The range keys over the ARC map: up a rung, down two.
+    click(340, 60);
+    EXPECT_TRUE(draw().Has("25 NM"));
+    click(340, 95);
+    click(340, 95);
+    EXPECT_TRUE(draw().Has("5 NM"));
+    // The nav key back to the radio: the map and its range go.
+    click(280, 60);
+    Frame radio = draw();
+    EXPECT_FALSE(radio.Has("FMS"));
+    EXPECT_FALSE(radio.Has("5 NM"));
+    click(280, 60);
+    // The traffic key: the traffic picture at its range, which the range
+    // keys now step; pressed again, back to ARC with the map's range.
+    click(280, 95);
+    Frame traffic = draw();
+    EXPECT_TRUE(traffic.Has("TFC"));
+    EXPECT_TRUE(traffic.Has("10 NM"));
+    click(340, 60);
+    EXPECT_TRUE(draw().Has("20 NM"));
+    click(340, 95);
+    EXPECT_TRUE(draw().Has("10 NM"));
+    click(280, 95);
+    Frame back = draw();
+    EXPECT_TRUE(back.Has("ARC"));
+    EXPECT_FALSE(back.Has("TFC"));
+    EXPECT_TRUE(back.Has("5 NM"));                 // the map's range, untouched by the traffic steps
+    EXPECT_FALSE(back.Has("10 NM"));
+}
