@@ -113,17 +113,27 @@ std::string_view ArrivalRunwayName() {
 }
 
 // The runway of the two airports whose ILS is on the frequency, or null.
-const RunwayRecord* RunwayWithIls(double frequency_mhz) {
+// Both ends of a runway often share one frequency: the end whose course is
+// nearest the tuned one is the localiser in use.
+const RunwayRecord* RunwayWithIls(double frequency_mhz, double course) {
+    const RunwayRecord* best = nullptr;
+    double best_off = 1e9;
     for (const AirportDetail* airport : {&g_airports.DestinationAirport, &g_airports.OriginAirport}) {
         int count = airport->RunwayCount < 0 ? 0 : (airport->RunwayCount > kRunwayLimit ? kRunwayLimit : airport->RunwayCount);
         for (int i = 1; i <= count; ++i) {
             const RunwayRecord& r = airport->Runways[static_cast<size_t>(i)];
             if (r.IlsFrequency[0] == 0) continue;
             double f = std::strtod(r.IlsFrequency.data(), nullptr);
-            if (f > 0 && std::fabs(f - frequency_mhz) < kFrequencyMatchMhz) return &r;
+            if (!(f > 0 && std::fabs(f - frequency_mhz) < kFrequencyMatchMhz)) continue;
+            double off = AngleBetween(r.IlsCourse > 0 ? r.IlsCourse : r.Heading, course);
+            if (off < best_off) {
+                best = &r;
+                best_off = off;
+            }
         }
+        if (best != nullptr) return best;   // the destination's before the origin's
     }
-    return nullptr;
+    return best;
 }
 }  // namespace
 
@@ -145,7 +155,7 @@ void DrawIlsCourseLine(gdi::Graphics& g, const MapView& view) {
     if (!(ReadToken(Token::NAV1_SIGNAL) > 0)) return;
     double course = g_sim.nav1_obs;
     if (!(course > 0) || course > 360) return;
-    const RunwayRecord* rwy = RunwayWithIls(BcdNavFrequencyMhz(Token::NAV1_FREQUENCY));
+    const RunwayRecord* rwy = RunwayWithIls(BcdNavFrequencyMhz(Token::NAV1_FREQUENCY), course);
     if (rwy == nullptr) return;
 
     // 2. The antenna stands at the far end of the runway; the course runs

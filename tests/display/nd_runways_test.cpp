@@ -143,6 +143,22 @@ TEST(NdRunways, IlsCourseLineOnlyWithALocaliserTunedReceivedAndACourse) {
     EXPECT_EQ(NearIn(tuned, Hue::Magenta, 121, 40, 123, antenna_y - 6), 0)
         << "nothing beyond the antenna";
 
+    // The other end of the runway on the same frequency (listed first): the
+    // end whose course is the tuned one draws, so the line stays the same.
+    AirportDetail& dest = g_airports.DestinationAirport;
+    dest.Runways[2] = dest.Runways[1];
+    RunwayRecord& other = dest.Runways[1];
+    std::snprintf(other.Ident.data(), other.Ident.size(), "18");
+    ProjectPoint(dest.Runways[2].Latitude, dest.Runways[2].Longitude, 0, 2, other.Latitude, other.Longitude);
+    other.Heading = 180;
+    other.IlsCourse = 180;
+    dest.RunwayCount = 2;
+    Frame both = DrawTwice();
+    // Along the runway itself, between the antenna and the threshold: the
+    // far end's antenna would stand at the threshold and leave this empty.
+    EXPECT_GT(NearIn(both, Hue::Magenta, 121, antenna_y + 4, 123, 249 - 3 * ppn - 4), 10);
+    EXPECT_EQ(NearIn(both, Hue::Magenta, 121, 40, 123, antenna_y - 6), 0);
+
     // No signal, a VOR, no course, or another frequency: no line.
     tokens[Token::NAV1_SIGNAL] = 0;
     EXPECT_EQ(magenta_on_course(DrawTwice()), 0);
