@@ -357,6 +357,18 @@ TEST(Efs50Traffic, OnlyInModeEightAtTheTrafficRange) {
     EXPECT_TRUE(off.Has("OFF"));
     EXPECT_FALSE(off.Has("+3"));
     EXPECT_FALSE(off.Has("10 NM"));
+
+    // The TCAS key at HSI mode 4, twice: the traffic picture, then ARC HSI again.
+    g_display.efs50_hsi_mode = kEfs50ModeArcHsi;
+    ToggleTraffic();
+    Frame first = DrawEfs50();
+    EXPECT_TRUE(first.Has("TFC"));
+    EXPECT_TRUE(first.Has("+3"));
+    ToggleTraffic();
+    Frame second = DrawEfs50();
+    EXPECT_TRUE(second.Has("ARC HSI"));
+    EXPECT_FALSE(second.Has("TFC"));
+    EXPECT_FALSE(second.Has("+3"));
 }
 
 TEST(Efs50Shots, EveryModeAsAPicture) {
