@@ -51,6 +51,7 @@ constexpr double kArcHalfSweep = 50;         // degrees of the arc each side of 
 constexpr int kMapClipBottom = 242;          // the arc's map ends above the bottom lines
 constexpr int kArcNeedleDrop = 70;           // the arc HSI's needle turns this far above own-ship
 constexpr int kDotSpacing = 18;              // pixels between deviation dots
+constexpr float kArcPointerTail = 34;        // pixels of a bearing pointer's tail under the arc
 constexpr float kIdentFontPx = 10;           // idents of the navaid layer, as the shared layers
 constexpr double kMaxDrawnPx = 20000;        // projected points farther out are left to the clip
 constexpr int kRightEdge = 243;              // right-aligned texts end here
@@ -258,13 +259,15 @@ void DrawBearingPointer(gdi::Graphics& g, const DisplaySurface& surface, int mod
     // On the arc the needle stays well inside the card, clear of the canvas sides.
     float length = IsArc(mode) ? r * 0.7f : r - 10;
     float inner = mode == kProline4ModeRose ? 24.0f : 16.0f;
+    // Under the arc a short tail, clear of the bottom lines.
+    float tail = IsArc(mode) ? kArcPointerTail : length - 4;
     gdi::Pen pen(pointer == 0 ? palette::kCyan : palette::kWhite, 1.5f);
     ResetToDesign(surface);
     g.Translate(kProline4CentreX, CompassY(mode));
     g.Rotate(F(relative));
     auto shaft = [&](float side) {
         g.DrawLine(pen, side, -length + 10, side, -inner);
-        g.DrawLine(pen, side, inner, side, length - 4);
+        g.DrawLine(pen, side, inner, side, tail);
     };
     if (pointer == 0) {
         shaft(0);
