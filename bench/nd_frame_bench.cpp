@@ -24,6 +24,7 @@
 #include "display/nd_du1000.h"
 #include "display/nd_efs50.h"
 #include "display/nd_md80.h"
+#include "display/nd_proline4.h"
 #include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "guidance/geodesy.h"
@@ -151,6 +152,9 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.efs50_hsi_mode = kEfs50ModeArcMap;
     g_display.efs50_nav_mode = kEfs50NavFms;
     g_display.efs50_range = range;
+    g_display.proline4_mode = kProline4ModeArcMap;
+    g_display.proline4_range = range;
+    g_display.proline4_ndb = 1;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -176,6 +180,7 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     case GaugeId::MD80_EHSI_NB: width = 266; height = 232; break;
     case GaugeId::DU_1000_EHSI: width = 318; height = 311; break;
     case GaugeId::EFS50_EHSI: width = 266; height = 230; break;
+    case GaugeId::PROLINE4_MFD: width = 247; height = 285; break;
     default: break;
     }
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
@@ -259,6 +264,10 @@ static void BM_Du1000EhsiFrameAcrossDenseRegion(benchmark::State& state) {
     FlyFamily(state, GaugeId::DU_1000_EHSI, 1000);
 }
 
+// The PROLINE4_MFD's arc map (mode 3), NDBs on: navaids to 160, airports to
+// 80, intersections to 40.
+static void BM_Proline4MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::PROLINE4_MFD); }
+
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
     for (auto _ : state)
@@ -284,6 +293,10 @@ BENCHMARK(BM_Du1000EhsiFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Efs50EhsiFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Proline4MfdFrameAcrossDenseRegion)
+    ->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -13,6 +13,7 @@
 #include "display/nd_efs50.h"
 #include "display/nd_md11.h"
 #include "display/nd_md80.h"
+#include "display/nd_proline4.h"
 #include "display/pfd_b777.h"
 
 namespace {
@@ -30,6 +31,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::MD80_EHSI_NB, &DrawMd80Ehsi},
     {GaugeId::DU_1000_EHSI, &DrawDu1000Ehsi},
     {GaugeId::DU_1000_EHSI_NB, &DrawDu1000Ehsi},
+    {GaugeId::PROLINE4_MFD, &DrawProline4Mfd},
+    {GaugeId::PROLINE4_MFD_NB, &DrawProline4Mfd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},

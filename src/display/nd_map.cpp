@@ -500,8 +500,8 @@ void DrawHeadingBugDigits(gdi::Graphics& g, float x, float y) {
 void DrawCompassCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
                      double heading, double from, double to, const CompassCardStyle& style) {
     gdi::Pen pen(palette::kWhite, 1.5f);
-    gdi::Font big(kHwFont, style.big_font);
-    gdi::Font small(kHwFont, style.small_font);
+    gdi::Font big(style.font, style.big_font);
+    gdi::Font small(style.font, style.small_font);
     for (int card = 0; card < 360; card += 5) {
         double off = ModuloPositive(card - heading + 180, 360) - 180;
         if (off < from - 0.01 || off > to + 0.01) continue;

@@ -106,6 +106,7 @@ struct CompassCardStyle {
     int big_every = 30;                 // degrees between the big digits
     int digit_step = 30;                // degrees between digits
     bool digits_inside = true;          // digits under the ticks, else outside the card
+    const char* font = kHwFont;         // font family of the digits
 };
 // Ticks and digits round (cx, cy), turned by the heading; only the part of
 // the card between from and to (degrees off the top) is drawn.

@@ -5,8 +5,10 @@
 #include "display/control_panels.h"
 #include "display/map_symbols.h"
 #include "display/nd_map.h"
+#include "display/traffic.h"
 #include "frame/aircraft_profile.h"
 #include "frame/gauge_callback.h"
+#include "guidance/geodesy.h"
 #include "nd_fixture.h"
 #include "support/fake_panels.h"
 #include "support/gauge_instance.h"
@@ -706,4 +708,82 @@ TEST(Efs50Panel, ModeRangeNavAndTrafficKeysChangeTheEhsiPicture) {
     EXPECT_FALSE(back.Has("TFC"));
     EXPECT_TRUE(back.Has("5 NM"));                 // the map's range, untouched by the traffic steps
     EXPECT_FALSE(back.Has("10 NM"));
+}
+
+TEST(Proline4Panels, KnobsKeysAndSwitchesChangeTheMfdPicture) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    double lat = 0, lon = 0;
+    auto add = [&](auto& subset, const char* ident, const char* kind, double bearing) {
+        ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, 3, lat, lon);
+        AddNearby(subset, ident, kind, lat, lon);
+    };
+    add(g_nearby.NavaidsNear320, "SEA", "V", 0);
+    add(g_nearby.NavaidsNear320, "NOLLA", "N", 60);
+    add(g_nearby.AirportsNear180, "KBFI", "", 300);
+    add(g_nearby.FixesNear200, "ALDER", "I", 20);
+    g_traffic.TargetCount = 1;
+    g_traffic.targets[1] = TrafficTarget{0, 4, 9, '-', 'O'};
+    auto picture = [] { return DrawNd(1, GaugeId::PROLINE4_MFD, 247, 285); };
+    ASSERT_EQ(g_display.proline4_mode, 3);
+    Frame start = picture();
+    for (const char* text : {"SEA", "NOLLA", "KBFI", "ALDER", "+9", "TFC", "VOR1", "VOR2"})
+        EXPECT_FALSE(start.Has(text)) << text;
+    ASSERT_TRUE(start.Has("40 NM"));
+
+    // The range knob, over the middle of the mode knob: right half up, left half down.
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 160, 30));
+    EXPECT_TRUE(picture().Has("80 NM"));
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 145, 30));
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 145, 30));
+    EXPECT_TRUE(picture().Has("20 NM"));
+
+    // The AUX panel's switches, one at a time: each brings its own objects.
+    struct Switch {
+        int x;              // the button's left edge
+        const char* shows;  // what it brings on the map
+        int lamp;           // its lamp's layer
+    };
+    for (Switch s : {Switch{73, "ALDER", 2}, Switch{116, "SEA", 3}, Switch{161, "NOLLA", 4}, Switch{205, "KBFI", 5},
+                     Switch{28, "+9", 1}}) {
+        EXPECT_FALSE(picture().Has(s.shows)) << s.shows;
+        EXPECT_FALSE(ControlPanelLayerShown(GaugeId::PROLINE4_AUX_CTRL, s.lamp)) << s.shows;
+        ASSERT_TRUE(Click(GaugeId::PROLINE4_AUX_CTRL, s.x + 18, 46));
+        EXPECT_TRUE(picture().Has(s.shows)) << s.shows;
+        EXPECT_TRUE(ControlPanelLayerShown(GaugeId::PROLINE4_AUX_CTRL, s.lamp)) << s.shows;
+    }
+    // The NDB switch is the display's own: off again, NOLLA goes and SEA stays.
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_AUX_CTRL, 161 + 18, 46));
+    Frame no_ndb = picture();
+    EXPECT_FALSE(no_ndb.Has("NOLLA"));
+    EXPECT_TRUE(no_ndb.Has("SEA"));
+    // ATC boundaries: the flag and its lamp (no boundary layer is drawn yet).
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_AUX_CTRL, 250 + 18, 46));
+    EXPECT_EQ(g_display.AtcBoundariesShown, 1);
+    EXPECT_TRUE(ControlPanelLayerShown(GaugeId::PROLINE4_AUX_CTRL, 6));
+
+    // The MFD panel's traffic button flips the same switch: the target goes.
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 190, 68));
+    EXPECT_FALSE(picture().Has("+9"));
+
+    // The bearing keys: the first pointer's source steps VOR1, ADF, FMS, off.
+    for (const char* name : {"VOR1", "ADF", "FMS"}) {
+        ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 55, 27));
+        EXPECT_TRUE(picture().Has(name)) << name;
+    }
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 55, 27));
+    EXPECT_FALSE(picture().Has("FMS"));
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 55, 66));
+    EXPECT_TRUE(picture().Has("VOR2"));
+
+    // The mode knob's outer right edge steps up 3 to 1: the map goes, the
+    // receiver comes; its left edge steps down back to 3.
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 180, 30));
+    Frame hsi = picture();
+    EXPECT_EQ(g_display.proline4_mode, 1);
+    EXPECT_FALSE(hsi.Has("SEA"));
+    EXPECT_TRUE(hsi.Has("LOC1"));
+    ASSERT_TRUE(Click(GaugeId::PROLINE4_MFD_CTRL, 125, 30));
+    EXPECT_EQ(g_display.proline4_mode, 3);
+    EXPECT_TRUE(picture().Has("SEA"));
 }
