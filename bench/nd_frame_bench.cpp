@@ -1,4 +1,4 @@
-// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's and the MD80_EHSI_NB's frames over a
+// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's, the MD80_EHSI_NB's and the P1000_MFD's frames over a
 // long flight across the densest part of a full-size database, at each range
 // of the ladder, with every map switch on and the proximity subsets rebuilt
 // as the aircraft moves. Reports the median and the worst frame: the map
@@ -143,6 +143,8 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.md11_range = range;
     g_display.md80_mode = kMd80ModeMap;
     g_display.md80_range = range;
+    g_display.p1000_range = range;
+    g_display.p1000_airports = g_display.p1000_navaids = g_display.p1000_intersections = 1;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -161,10 +163,12 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_plan.context.ActiveLastRow = rows - 1;
 
     // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
-    // the MD-80's design size, 266 x 232.
+    // the MD-80's design size, 266 x 232, the P1000's, 272 x 314.
     const bool md11 = gauge == GaugeId::HW_MD11_ND;
     const bool md80 = gauge == GaugeId::MD80_EHSI_NB;
-    const int width = md80 ? 266 : md11 ? 246 : 247, height = md80 ? 232 : md11 ? 241 : 294;
+    const bool p1000 = gauge == GaugeId::P1000_MFD;
+    const int width = p1000 ? 272 : md80 ? 266 : md11 ? 246 : 247;
+    const int height = p1000 ? 314 : md80 ? 232 : md11 ? 241 : 294;
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
     OrbDeviceContext dc{kOrbDeviceContextMagic, pixels.data(), width, height, width * 4};
     std::vector<double> times;
@@ -235,6 +239,8 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(sta
 static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_MD11_ND); }
 // The MD80_EHSI_NB's MAP page: navaids and airports to 160, intersections to 80.
 static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::MD80_EHSI_NB); }
+// The P1000_MFD's heading-up map: navaids to 160, airports to 80, intersections to 40.
+static void BM_P1000MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::P1000_MFD); }
 
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
@@ -252,6 +258,10 @@ BENCHMARK(BM_Md11NdFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Md80EhsiFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_P1000MfdFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

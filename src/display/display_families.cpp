@@ -11,6 +11,7 @@
 #include "display/nd_b737.h"
 #include "display/nd_md11.h"
 #include "display/nd_md80.h"
+#include "display/nd_p1000.h"
 #include "display/pfd_b777.h"
 
 namespace {
@@ -26,6 +27,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::HW_MD11_ND, &DrawMd11Nd},
     {GaugeId::HW_MD11_ND_NB, &DrawMd11Nd},
     {GaugeId::MD80_EHSI_NB, &DrawMd80Ehsi},
+    {GaugeId::P1000_MFD, &DrawP1000Mfd},
+    {GaugeId::P1000_MFD_NB, &DrawP1000Mfd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},
