@@ -134,16 +134,18 @@ void Add(P1000Labels& labels, std::string_view text, float x, float y, bool valu
     row.value = value;
 }
 
-// A value of page 2: its format, "---" for 0, in brackets while selected.
-void AddValue(P1000Labels& labels, const char* format, double value, bool dashes, bool selected, float x) {
+// A value of page 2 in its format, or "---" (for 0 where zero_dashes, or
+// when dashes); in brackets while selected, the bracket left of the value's
+// place so that the number keeps it.
+void AddValue(P1000Labels& labels, const char* format, double value, bool zero_dashes, bool dashes, bool selected,
+              float x) {
     char number[12];
-    if (dashes || value == 0 || !std::isfinite(value))
+    if (dashes || (zero_dashes && value == 0) || !std::isfinite(value))
         std::snprintf(number, sizeof number, "---");
     else
         std::snprintf(number, sizeof number, format, value);
     char text[16];
     std::snprintf(text, sizeof text, selected ? "[%s]" : "%s", number);
-    // The bracket stands left of the value's place, so the number keeps it.
     Add(labels, text, selected ? x - 4 : x, kP1000ValueY, true);
 }
 }  // namespace
@@ -169,23 +171,15 @@ P1000Labels P1000SoftKeyLabels() {
         Add(labels, "SET", 10, kP1000LabelY);
         Add(labels, "RTN", 45, kP1000LabelY);
         Add(labels, k.distance_select == 2 ? "FM" : "TO", 87, kP1000LabelY);
-        AddValue(labels, "%2.0f", k.distance, false, k.distance_select != 0, 87);
+        AddValue(labels, "%2.0f", k.distance, true, false, k.distance_select != 0, 87);
         Add(labels, "ST EL", 115, kP1000LabelY);
-        AddValue(labels, "%2.0f", k.altitude, false, k.altitude_select != 0, 120);
+        AddValue(labels, "%2.0f", k.altitude, true, false, k.altitude_select != 0, 120);
         Add(labels, "VANG", 153, kP1000LabelY);
         // The angle means nothing while the distance and altitude decide.
         bool both = k.distance > 0 && k.altitude > 0;
-        char angle[12];
-        std::snprintf(angle, sizeof angle, "%2.1f", g_profile.FPA);
-        if (both) {
-            AddValue(labels, "%2.1f", 0, true, k.angle_select != 0, 157);
-        } else {
-            char text[16];
-            std::snprintf(text, sizeof text, k.angle_select != 0 ? "[%s]" : "%s", angle);
-            Add(labels, text, k.angle_select != 0 ? 153 : 157, kP1000ValueY, true);
-        }
+        AddValue(labels, "%2.1f", g_profile.FPA, false, both, k.angle_select != 0, 157);
         Add(labels, "VS", 195, kP1000LabelY);
-        AddValue(labels, "%4.0f", k.vertical_speed, false, false, 190);
+        AddValue(labels, "%4.0f", k.vertical_speed, true, false, false, 190);
     }
     return labels;
 }
