@@ -203,7 +203,10 @@ void ApplyDisplayStartModes() {
     d.proline4_mode = p.PROLINE4MFDMode;
 }
 
-bool AnyNdInPlanMode() { return g_display.b737_mode == kB737ModePlan || g_display.md11_mode == kMd11ModePlan; }
+bool AnyNdInPlanMode() {
+    const DisplayState& d = g_display;
+    return d.b737_mode == kB737ModePlan || d.md11_mode == kMd11ModePlan || d.p1000_plan == 1;
+}
 
 void Efs50RangeKey(int direction) {
     DisplayState& d = g_display;

@@ -97,9 +97,16 @@ TEST(P1000Map, PlanIsNorthUpLargerAndHigherAroundTheActiveWaypoint) {
     EXPECT_NE(TextNear(plan, "BRAVO", 134 + 7, 116 - 37.5 - 7), nullptr);
     EXPECT_TRUE(plan.Has("PLAN"));
     EXPECT_TRUE(plan.Has("N"));
+    // The LEGS page's centre entry moves the centre: BRAVO in the middle.
+    EXPECT_TRUE(AnyNdInPlanMode());        // so the LEGS page offers its STEP
+    g_display.PlanCentreIndex = 1;
+    Frame stepped = DrawP1000();
+    EXPECT_NE(TextNear(stepped, "BRAVO", 134 + 7, 116 - 7), nullptr);
+    EXPECT_NE(TextNear(stepped, "ALPHA", 134 + 7, 116 + 37.5 - 7), nullptr);
     // The pop-up taken for closed: PLAN off, the map back to its place.
     P1000PopupClosed();
     EXPECT_EQ(g_display.p1000_plan, 0);
+    EXPECT_FALSE(AnyNdInPlanMode());
     Frame map = DrawP1000();
     EXPECT_EQ(g_display.p1000_map_y, kP1000MapCentreY);
     EXPECT_EQ(g_display.p1000_map_radius, kP1000MapRadius);
