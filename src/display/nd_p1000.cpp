@@ -111,9 +111,14 @@ void DrawCompass(gdi::Graphics& g, const DisplaySurface& surface, const MapView&
         int kind = card % 10 == 0 ? kSymbolTickLong : kSymbolTickShort;
         DrawMapSymbol(g, 0, -r, kind, kNoLabel, kSub, kSub, kMapWhite, view.range);
         if (card % kDigitEvery == 0) {
+            // The digits stay upright: placed round the card, not turned with it.
             char text[8];
             std::snprintf(text, sizeof text, "%d", card / 10);
-            g.DrawText(text, digits, palette::kWhite, 0, F(-r - E(kDigitGap)), gdi::TextAlign::Centre);
+            double a = (card - heading) * kDegToRad;
+            double along = view.MapRadiusPx + kDigitGap - kDigitFont / 2;
+            BeginEighths(g, surface);
+            g.DrawText(text, digits, palette::kWhite, F(cx + std::sin(a) * along * kSub),
+                       F(cy - std::cos(a) * along * kSub), gdi::TextAlign::Centre, gdi::TextBaseline::Middle);
         }
     }
     // The lubber pointer over the card's top (heading-up), or "N" in PLAN.

@@ -81,6 +81,37 @@ TEST(P1000Map, RouteWhereTheHeadingUpProjectionPutsIt) {
     EXPECT_TRUE(east.Has("6.4 NM"));
 }
 
+TEST(P1000Map, CardTurnsWithTheHeadingItsDigitsUpright) {
+    Fresh();
+    // Where a digit's middle stands: 53 + 11 - 4.5 pixels out from (134, 148).
+    auto middle_of = [](const Frame& f, const char* digit, double& x, double& y) {
+        for (const auto& s : f.seen)
+            if (s.text == digit && s.box.text_y > 60 && s.box.text_y < 260) {
+                x = s.box.text_x + s.box.text_width / 2;
+                y = s.box.text_y + s.box.text_height / 2;
+                EXPECT_NEAR(s.box.angle_deg, 0, 1e-6) << digit;
+                return true;
+            }
+        return false;
+    };
+    constexpr double kOut = 53 + 11 - 4.5;
+    g_sim.heading_magnetic.now = 0;
+    Frame north = DrawP1000();
+    double x = 0, y = 0;
+    ASSERT_TRUE(middle_of(north, "9", x, y));
+    EXPECT_NEAR(x, 134 + kOut, 1.5);
+    EXPECT_NEAR(y, 148, 1.5);
+    ASSERT_TRUE(middle_of(north, "18", x, y));
+    EXPECT_NEAR(x, 134, 1.5);
+    EXPECT_NEAR(y, 148 + kOut, 1.5);
+    // Heading east: north turns to the left of the aircraft.
+    g_sim.heading_magnetic.now = 90;
+    Frame east = DrawP1000();
+    ASSERT_TRUE(middle_of(east, "0", x, y));
+    EXPECT_NEAR(x, 134 - kOut, 1.5);
+    EXPECT_NEAR(y, 148, 1.5);
+}
+
 TEST(P1000Map, PlanIsNorthUpLargerAndHigherAroundTheActiveWaypoint) {
     Fresh();
     g_sim.heading_true = 90;
