@@ -173,6 +173,28 @@ TEST(P1000Map, OwnSwitchesAndRangeGatesOfTheObjectLayers) {
     EXPECT_TRUE(DrawP1000(3).Has("KBFI"));
 }
 
+TEST(P1000Map, AltitudeRangeArcOnlyWithItsOption) {
+    Fresh();
+    // Level at 8000 ft reached in one minute at 2000 ft/min: 5 nm ahead at
+    // 300 kt, 21.2 pixels above the centre at 12.5 nm for 53 pixels.
+    g_sim.autopilot_master = 1;
+    g_sim.altitude_hold = 1;
+    g_sim.indicated_altitude.now = 10000;
+    g_sim.autopilot_altitude.now = 8000;
+    g_sim.vertical_speed.now = -2000;
+    double arc_y = 148 - 5 * 53 / 12.5;
+    auto green_at_arc = [&](const Frame& f) {
+        return f.Near(palette::kGreen, 60, 124, static_cast<int>(arc_y) - 3, 145, static_cast<int>(arc_y) + 4);
+    };
+    EXPECT_EQ(green_at_arc(DrawP1000()), 0);     // DrawBodArcOnP1000MFD is 0 by default
+    g_config.DrawBodArcOnP1000MFD = 1;
+    EXPECT_GT(green_at_arc(DrawP1000()), 10);
+    // Not in PLAN, where it would stand 5 nm at 75 pixels for 12.5 nm above (134, 116).
+    g_display.p1000_plan = 1;
+    Frame plan = DrawP1000();
+    EXPECT_EQ(plan.Near(palette::kGreen, 60, 124, 116 - 30 - 3, 145, 116 - 30 + 4), 0);
+}
+
 TEST(P1000Traffic, WindowWithItsOwnRangeAndTargetsOnlyWithTheSwitch) {
     EXPECT_EQ(P1000TrafficRange(0.5), 0.5);
     EXPECT_EQ(P1000TrafficRange(40), 40);
