@@ -155,6 +155,8 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.proline4_mode = kProline4ModeArcMap;
     g_display.proline4_range = range;
     g_display.proline4_ndb = 1;
+    g_display.p1000_range = range;
+    g_display.p1000_airports = g_display.p1000_navaids = g_display.p1000_intersections = 1;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -181,6 +183,7 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     case GaugeId::DU_1000_EHSI: width = 318; height = 311; break;
     case GaugeId::EFS50_EHSI: width = 266; height = 230; break;
     case GaugeId::PROLINE4_MFD: width = 247; height = 285; break;
+    case GaugeId::P1000_MFD: width = 272; height = 314; break;
     default: break;
     }
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
@@ -268,6 +271,9 @@ static void BM_Du1000EhsiFrameAcrossDenseRegion(benchmark::State& state) {
 // 80, intersections to 40.
 static void BM_Proline4MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::PROLINE4_MFD); }
 
+// The P1000_MFD's heading-up map: navaids to 160, airports to 80, intersections to 40.
+static void BM_P1000MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::P1000_MFD); }
+
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
     for (auto _ : state)
@@ -297,6 +303,10 @@ BENCHMARK(BM_Efs50EhsiFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Proline4MfdFrameAcrossDenseRegion)
     ->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_P1000MfdFrameAcrossDenseRegion)
+    ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

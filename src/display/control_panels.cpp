@@ -13,6 +13,7 @@
 
 #include "display/c17_mfd.h"
 #include "display/display_state.h"
+#include "display/p1000_soft_keys.h"
 #include "frame/entry_guard.h"
 #include "frame/sim_state.h"
 #include "guidance/lnav.h"
@@ -190,7 +191,31 @@ BOOL_SDK FSAPI P1000Navaids(PIXPOINT*, FLAGS32) {
     return AtMouseEntry([] { g_display.p1000_navaids = Flip(g_display.p1000_navaids); });
 }
 
+// P1000_MFD and its bezel-less row P1000_MFD_NB_CNTR: the soft keys, the
+// left knob that sets their values, the range knob; the screen opens the pop-up.
+BOOL_SDK FSAPI P1000Key1(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000SoftKey(1); }); }
+BOOL_SDK FSAPI P1000Key2(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000SoftKey(2); }); }
+BOOL_SDK FSAPI P1000Key3(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000SoftKey(3); }); }
+BOOL_SDK FSAPI P1000Key4(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000SoftKey(4); }); }
+BOOL_SDK FSAPI P1000Key5(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000SoftKey(5); }); }
+BOOL_SDK FSAPI P1000SetDown(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000LeftKnob(-1); }); }
+BOOL_SDK FSAPI P1000SetUp(PIXPOINT*, FLAGS32) { return AtMouseEntry([] { P1000LeftKnob(1); }); }
+constexpr UINT32 kP1000MfdWindow = 4002;    // the MFD's own pop-up window
+BOOL_SDK FSAPI P1000WindowClick(PIXPOINT*, FLAGS32) {
+    return AtMouseEntry([] { PanelWindowToggle(kP1000MfdWindow); });
+}
+
 constexpr FLAGS32 kRepeat = MOUSE_LEFTSINGLE | MOUSE_DOWN_REPEAT;
+
+// The P1000's key row at a height: five keys, the left knob (repeat) and the
+// range knob; the knobs stand 5 pixels lower than the keys.
+void P1000KeyRow(MouseAreaList& areas, int key_y) {
+    static constexpr int kKeyX[] = {70, 107, 144, 182, 220};
+    static constexpr MOUSE_FUNCTION kKeys[] = {P1000Key1, P1000Key2, P1000Key3, P1000Key4, P1000Key5};
+    for (size_t i = 0; i < std::size(kKeyX); ++i) areas.Button(kKeyX[i], key_y, 30, 24, kKeys[i]);
+    areas.Knob(19, key_y + 5, 36, 36, P1000SetDown, P1000SetUp, kRepeat);
+    areas.Knob(274, key_y + 5, 36, 36, RangeDownClick, RangeUpClick);
+}
 }  // namespace
 
 // [SECTION] Mouse areas
@@ -284,6 +309,13 @@ void ControlPanelMouseAreas(GaugeId id, MouseAreaList& areas) {
         areas.StackedKnob(70, 135, 40, 50, P1000RangeDown, P1000RangeUp);
         areas.Button(150, 165, 40, 40, P1000Airports);
         areas.Button(215, 114, 40, 40, P1000Navaids);
+        break;
+    case G::P1000_MFD:
+        P1000KeyRow(areas, 382);
+        areas.Button(102, 147, 100, 100, P1000WindowClick);
+        break;
+    case G::P1000_MFD_NB_CNTR:
+        P1000KeyRow(areas, 18);
         break;
     case G::C17_MFD:
         // The bezel's keys under the screen, and the screen itself opens the pop-up.

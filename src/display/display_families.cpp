@@ -14,6 +14,7 @@
 #include "display/nd_md11.h"
 #include "display/nd_md80.h"
 #include "display/nd_proline4.h"
+#include "display/nd_p1000.h"
 #include "display/pfd_b777.h"
 
 namespace {
@@ -33,6 +34,8 @@ constexpr FamilyRow kFamilies[] = {
     {GaugeId::DU_1000_EHSI_NB, &DrawDu1000Ehsi},
     {GaugeId::PROLINE4_MFD, &DrawProline4Mfd},
     {GaugeId::PROLINE4_MFD_NB, &DrawProline4Mfd},
+    {GaugeId::P1000_MFD, &DrawP1000Mfd},
+    {GaugeId::P1000_MFD_NB, &DrawP1000Mfd},
     {GaugeId::PROLINE_EICAS, &DrawProlineEicas},
     {GaugeId::B777_PFD_NB, &DrawB777Pfd},
     {GaugeId::C17_MFD, &DrawC17Mfd},

@@ -155,13 +155,25 @@ int FlipEverywhere(Field field) {
 }
 }  // namespace
 
-void ToggleMapAirports() { SetNdVariable("orb_nd_apt", FlipEverywhere(&MapSwitches::airports)); }
-void ToggleMapNavaids() { SetNdVariable("orb_nd_nav", FlipEverywhere(&MapSwitches::navaids)); }
-void ToggleMapIntersections() { SetNdVariable("orb_nd_int", FlipEverywhere(&MapSwitches::intersections)); }
+// The P1000 MFD keeps its copies apart (its own panel flips them alone); the
+// common switches flip them with the others.
+void ToggleMapAirports() {
+    g_display.p1000_airports = g_display.p1000_airports != 0 ? 0 : 1;
+    SetNdVariable("orb_nd_apt", FlipEverywhere(&MapSwitches::airports));
+}
+void ToggleMapNavaids() {
+    g_display.p1000_navaids = g_display.p1000_navaids != 0 ? 0 : 1;
+    SetNdVariable("orb_nd_nav", FlipEverywhere(&MapSwitches::navaids));
+}
+void ToggleMapIntersections() {
+    g_display.p1000_intersections = g_display.p1000_intersections != 0 ? 0 : 1;
+    SetNdVariable("orb_nd_int", FlipEverywhere(&MapSwitches::intersections));
+}
 
 void ToggleTraffic() {
     SetNdVariable("orb_nd_tcas", FlipEverywhere(&MapSwitches::traffic));
     DisplayState& d = g_display;
+    d.p1000_traffic = d.p1000_traffic != 0 ? 0 : 1;
     if (d.efs50_hsi_mode == 8) {
         d.efs50_hsi_mode = d.efs50_stored_hsi_mode;
     } else {
@@ -191,7 +203,10 @@ void ApplyDisplayStartModes() {
     d.proline4_mode = p.PROLINE4MFDMode;
 }
 
-bool AnyNdInPlanMode() { return g_display.b737_mode == kB737ModePlan || g_display.md11_mode == kMd11ModePlan; }
+bool AnyNdInPlanMode() {
+    const DisplayState& d = g_display;
+    return d.b737_mode == kB737ModePlan || d.md11_mode == kMd11ModePlan || d.p1000_plan == 1;
+}
 
 void Efs50RangeKey(int direction) {
     DisplayState& d = g_display;

@@ -50,6 +50,18 @@ struct C17Screen {
 };
 constexpr int kC17ScreenCount = 4;
 
+// The P1000 MFD's soft keys: what their second page is setting up, a
+// descent from here to an altitude over a distance, or at an angle.
+struct P1000SoftKeys {
+    int page = 1;                       // 1 or 2: the keys' page while the pop-up is open
+    int distance_select = 0;            // 0 off, 1 "TO", 2 "FM": the left knob sets the distance
+    int altitude_select = 0;            // 1: the left knob sets the altitude
+    int angle_select = 0;               // 1: the left knob sets FPA
+    double distance = 0;                // nm to where the altitude is to be reached
+    double altitude = 0;                // feet, the altitude to descend to
+    double vertical_speed = 0;          // ft/min, worked out for the pilot, sent nowhere
+};
+
 struct MapSwitches {
     int airports = 0;                   // 1: airports on the map
     int navaids = 0;                    // 1: navaids on the map
@@ -92,6 +104,8 @@ struct DisplayState {
     int p1000_traffic = 0;              // 1: the P1000 MFD's traffic flag (its panel's own key)
     int p1000_airports = 0;             // 1: airports on the P1000 map (its own switch)
     int p1000_navaids = 0;              // 1: navaids on the P1000 map (its own switch)
+    int p1000_intersections = 0;        // 1: intersections on the P1000 map (its own switch)
+    P1000SoftKeys p1000_keys;           // the soft keys' page, selections and values
     double p1000_map_x = 134;           // the P1000 map's centre and radius, set by PLAN
     double p1000_map_y = 148;
     double p1000_map_radius = 53;

@@ -60,7 +60,7 @@ constexpr Fig kDiamond[] = {{0, 0}, {4, 4}, {0, 8}, {-4, 4}, {0, 0}};
 // Own-ship: nose at the anchor, wings, tail.
 constexpr Fig kAircraft[] = {{0, 0},   {1, 2},  {1, 6},  {8, 10}, {8, 12}, {1, 10}, {1, 16}, {3, 18}, {3, 19},
                               {-3, 19}, {-3, 18}, {-1, 16}, {-1, 10}, {-8, 12}, {-8, 10}, {-1, 6}, {-1, 2}, {0, 0}};
-constexpr Fig kOwnShipMark[] = {{0, 0}, {5, 12}, {-5, 12}, {0, 0}};
+constexpr Fig kOwnShipMark[] = {{0, 0}, {5, 12}, {0, 9}, {-5, 12}, {0, 0}};
 }  // namespace
 
 ARGB MapColourArgb(int colour) {
@@ -138,20 +138,29 @@ void DrawMapSymbol(gdi::Graphics& g, int x, int y, int kind, int label, float s,
     }
     case kSymbolTickShort:
     case kSymbolTickLong: {
-        gdi::Pen pen(palette::kWhite, 1.5f);
+        // The P1000's compass marks: from the card's edge inwards. The pen
+        // follows the scale, since that page draws in eighths of a pixel.
+        gdi::Pen pen(palette::kWhite, 1.5f * s);
         g.DrawLine(pen, static_cast<float>(x), static_cast<float>(y), static_cast<float>(x),
-                   static_cast<float>(y + Px(kind == kSymbolTickLong ? 8.0f : 4.0f, h)));
+                   static_cast<float>(y + Px(kind == kSymbolTickLong ? 7.0f : 4.0f, h)));
         argb = palette::kWhite;
         break;
     }
     case kSymbolOwnShipMark: {
-        gdi::Pen pen(palette::kWhite, 1.5f);
+        // The P1000's own-ship: a narrow arrowhead, nose at the anchor, with
+        // a short tail; filled dark so the map's lines don't run through it.
+        gdi::Pen pen(palette::kWhite, 1.5f * s);
+        gdi::SolidBrush inside(palette::kBlack);
+        Fill(g, inside, x, y, s, h, kOwnShipMark);
         Lines(g, pen, x, y, s, h, kOwnShipMark);
+        g.DrawLine(pen, static_cast<float>(x), static_cast<float>(y + Px(9, h)), static_cast<float>(x),
+                   static_cast<float>(y + Px(14, h)));
         argb = palette::kWhite;
         break;
     }
     case kSymbolRing: {
-        gdi::Pen pen(argb);
+        // The P1000's centre ring, in the colour of the index.
+        gdi::Pen pen(argb, 1.0f * s);
         g.DrawEllipse(pen, x - Px(3, s), y - Px(3, h), Px(6, s), Px(6, h));
         break;
     }
