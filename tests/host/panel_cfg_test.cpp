@@ -13,7 +13,7 @@ TEST(PanelCfg, TheSamplePanelHasItsWindowsGaugesAndProfileName) {
     PanelDesc panel;
     std::string error;
     ASSERT_TRUE(orbsim::ReadPanelFile(std::string(ORB_SOURCE_DIR) + "/data/sim/panels/twinjet.cfg", panel, error)) << error;
-    ASSERT_EQ(panel.windows.size(), 5u);
+    ASSERT_EQ(panel.windows.size(), 6u);
     EXPECT_EQ(panel.windows[0].ident, 0);
     EXPECT_TRUE(panel.windows[0].visible);
     EXPECT_EQ(panel.windows[1].ident, 4004);
