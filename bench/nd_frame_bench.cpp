@@ -1,4 +1,5 @@
-// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's and the MD80_EHSI_NB's frames over a
+// nd_frame_bench.cpp: the HW_B737_ND's, the HW_MD11_ND's, the MD80_EHSI_NB's and the
+// C17_MFD map pages' frames over a
 // long flight across the densest part of a full-size database, at each range
 // of the ladder, with every map switch on and the proximity subsets rebuilt
 // as the aircraft moves. Reports the median and the worst frame: the map
@@ -128,7 +129,8 @@ void Report(benchmark::State& state, const FlightFigures& figures) {
 // Flies west to east through the densest cell and draws the ND each step
 // (the HW_B737_ND on its MAP page, or the HW_MD11_ND on its MAP page);
 // returns the time of each frame in microseconds.
-std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND) {
+// C17_MFD draws its first screen on the map page `c17_page`.
+std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND, int c17_page = 3) {
     double centre_lat = 0, centre_lon = 0;
     DensestCell(centre_lat, centre_lon);
     double start_lat = 0, start_lon = 0;
@@ -143,6 +145,8 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.md11_range = range;
     g_display.md80_mode = kMd80ModeMap;
     g_display.md80_range = range;
+    g_display.c17_range = range;
+    g_display.c17_screens[0].page = c17_page;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -160,9 +164,9 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     }
     g_plan.context.ActiveLastRow = rows - 1;
 
-    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
-    // the MD-80's design size, 266 x 232.
-    const bool md11 = gauge == GaugeId::HW_MD11_ND;
+    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11
+    // and the C-17's design size, the MD-80's design size, 266 x 232.
+    const bool md11 = gauge == GaugeId::HW_MD11_ND || gauge == GaugeId::C17_MFD;
     const bool md80 = gauge == GaugeId::MD80_EHSI_NB;
     const int width = md80 ? 266 : md11 ? 246 : 247, height = md80 ? 232 : md11 ? 241 : 294;
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height));
@@ -215,7 +219,7 @@ std::vector<double> ConstantWorkFlight() {
 }  // namespace
 
 // A family's frame over the flight at the range the argument gives in tenths of a nm.
-static void FlyFamily(benchmark::State& state, GaugeId gauge) {
+static void FlyFamily(benchmark::State& state, GaugeId gauge, int c17_page = 3) {
     if (!LoadOnce()) {
         state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
         return;
@@ -225,7 +229,7 @@ static void FlyFamily(benchmark::State& state, GaugeId gauge) {
     // Instructions don't vary from flight to flight: under callgrind one will do.
     const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
     for (auto _ : state)
-        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range, gauge));
+        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range, gauge, c17_page));
     state.counters["range_nm"] = range;
     Report(state, Figures(flights));
 }
@@ -235,6 +239,13 @@ static void BM_NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(sta
 static void BM_Md11NdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::HW_MD11_ND); }
 // The MD80_EHSI_NB's MAP page: navaids and airports to 160, intersections to 80.
 static void BM_Md80EhsiFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::MD80_EHSI_NB); }
+
+// The C17_MFD's map pages (second argument: 3 arc, 4 centred, 5 PLAN, 6 with
+// range text), intersections included: navaids, airports and intersections to 160.
+static void BM_C17MapFrameAcrossDenseRegion(benchmark::State& state) {
+    state.counters["page"] = static_cast<double>(state.range(1));
+    FlyFamily(state, GaugeId::C17_MFD, static_cast<int>(state.range(1)));
+}
 
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
@@ -252,6 +263,10 @@ BENCHMARK(BM_Md11NdFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Md80EhsiFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(100)->Arg(200)->Arg(400)->Arg(800)->Arg(1600)->Arg(3200)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_C17MapFrameAcrossDenseRegion)
+    ->ArgsProduct({{5, 10, 25, 50, 100, 200, 400, 800, 1600, 3200}, {3, 4, 5, 6}})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);
