@@ -181,9 +181,9 @@ void DrawNorthUpRing(gdi::Graphics& g, const MapView& view) {
 // [SECTION] Corner texts
 namespace {
 struct CornerFonts {
-    gdi::Font value{kArialFont, kValueFont, FontStyleBold};
-    gdi::Font label{kArialFont, kLabelFont, FontStyleBold};
-    gdi::Font title{kArialFont, kTitleFont, FontStyleBold};
+    gdi::Font value{kArialFont, kValueFont, FontStyleBold};  // the heading, idents, the receiver's name
+    gdi::Font label{kArialFont, kLabelFont, FontStyleBold};  // speeds, distances, times, the wind
+    gdi::Font title{kArialFont, kTitleFont, FontStyleBold};  // the page's title
 };
 
 // The heading, boxed, at the top centre.
