@@ -210,6 +210,34 @@ TEST_F(C17Pages, NavaidColourComesFromTheFirstWorkingValue) {
     EXPECT_GT(around(DrawPage(4), palette::kGreen), 5);
 }
 
+TEST_F(C17Pages, MapLayersStayInsideEachPagesClip) {
+    // Page 4 clips to its disc (86 pixels round 123, 126): at range 40 a VOR
+    // due west 45 nm out (97 pixels) is cut away, one 38 nm out (82) shows.
+    Switches().navaids = 1;
+    g_display.c17_range = 40;
+    g_sim.heading_true = 0;
+    double lat = 0, lon = 0;
+    Offset(270, 45, lat, lon);
+    AddNearby(g_nearby.NavaidsNear320, "OUT", "V", lat, lon);
+    auto green_left = [](const Frame& f) { return f.Near(palette::kGreen, 40, 14, 118, 36, 140); };
+    EXPECT_EQ(green_left(DrawPage(4)), 0);
+    g_nearby.NavaidsNear320.count = 0;
+    Offset(270, 38, lat, lon);
+    AddNearby(g_nearby.NavaidsNear320, "IN", "V", lat, lon);
+    EXPECT_GT(DrawPage(4).Near(palette::kGreen, 40, 36, 118, 56, 140), 5);
+    // Page 6 ends its map at row 212: 130 pixels for 20 nm round (123, 172),
+    // a VOR 8 nm behind (row 224) is cut, 4 nm behind (row 198) shows.
+    g_display.c17_range = 20;
+    g_nearby.NavaidsNear320.count = 0;
+    Offset(180, 8, lat, lon);
+    AddNearby(g_nearby.NavaidsNear320, "AFT", "V", lat, lon);
+    EXPECT_EQ(DrawPage(6).Near(palette::kGreen, 40, 110, 213, 140, 241), 0);
+    g_nearby.NavaidsNear320.count = 0;
+    Offset(180, 4, lat, lon);
+    AddNearby(g_nearby.NavaidsNear320, "NEAR", "V", lat, lon);
+    EXPECT_GT(DrawPage(6).Near(palette::kGreen, 40, 110, 190, 140, 212), 5);
+}
+
 TEST_F(C17Pages, RouteIdentsWhereEachPagesProjectionPutsThem) {
     double north_lat = 0, north_lon = 0, east_lat = 0, east_lon = 0;
     Offset(0, 12, north_lat, north_lon);
