@@ -131,7 +131,8 @@ void Report(benchmark::State& state, const FlightFigures& figures) {
 // Flies west to east through the densest cell and draws the ND each step
 // (the HW_B737_ND on its MAP page, or the HW_MD11_ND on its MAP page);
 // returns the time of each frame in microseconds.
-std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND) {
+// C17_MFD draws its first screen on the map page `c17_page`.
+std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND, int c17_page = 3) {
     double centre_lat = 0, centre_lon = 0;
     DensestCell(centre_lat, centre_lon);
     double start_lat = 0, start_lon = 0;
@@ -157,6 +158,8 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     g_display.proline4_ndb = 1;
     g_display.p1000_range = range;
     g_display.p1000_airports = g_display.p1000_navaids = g_display.p1000_intersections = 1;
+    g_display.c17_range = range;
+    g_display.c17_screens[0].page = c17_page;
     for (MapSwitches& s : g_display.switches) s = {1, 1, 1, 0};
     g_sim.avionics_power = 1;
     g_sim.heading_true = 90;
@@ -174,11 +177,11 @@ std::vector<double> FlyAcross(double range, GaugeId gauge = GaugeId::HW_B737_ND)
     }
     g_plan.context.ActiveLastRow = rows - 1;
 
-    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11,
+    // The gauge's surface: 247 x 294 for the B737, 246 x 241 for the MD-11 and the C-17,
     // the design sizes of the others.
     int width = 247, height = 294;
     switch (gauge) {
-    case GaugeId::HW_MD11_ND: width = 246; height = 241; break;
+    case GaugeId::HW_MD11_ND: case GaugeId::C17_MFD: width = 246; height = 241; break;
     case GaugeId::MD80_EHSI_NB: width = 266; height = 232; break;
     case GaugeId::DU_1000_EHSI: width = 318; height = 311; break;
     case GaugeId::EFS50_EHSI: width = 266; height = 230; break;
@@ -236,8 +239,9 @@ std::vector<double> ConstantWorkFlight() {
 }  // namespace
 
 // A family's frame over the flight at the range the argument gives in
-// parts of a nm (tenths unless the family's ladder needs finer).
-static void FlyFamily(benchmark::State& state, GaugeId gauge, double parts_per_nm = 10) {
+// parts of a nm (tenths unless the family's ladder needs finer); the C-17's
+// on the map page given.
+static void FlyFamily(benchmark::State& state, GaugeId gauge, double parts_per_nm = 10, int c17_page = 3) {
     if (!LoadOnce()) {
         state.SkipWithError("no full-size database: build gen_fullsize_db or set ORB_ND_BENCH_ROOT");
         return;
@@ -247,7 +251,7 @@ static void FlyFamily(benchmark::State& state, GaugeId gauge, double parts_per_n
     // Instructions don't vary from flight to flight: under callgrind one will do.
     const int flights_flown = RUNNING_ON_VALGRIND ? 1 : kFlights;
     for (auto _ : state)
-        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range, gauge));
+        for (int flight = 0; flight < flights_flown; ++flight) flights.push_back(FlyAcross(range, gauge, c17_page));
     state.counters["range_nm"] = range;
     Report(state, Figures(flights));
 }
@@ -273,6 +277,13 @@ static void BM_Proline4MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyF
 
 // The P1000_MFD's heading-up map: navaids to 160, airports to 80, intersections to 40.
 static void BM_P1000MfdFrameAcrossDenseRegion(benchmark::State& state) { FlyFamily(state, GaugeId::P1000_MFD); }
+
+// The C17_MFD's map pages (second argument: 3 arc, 4 centred, 5 PLAN, 6 with
+// range text), intersections included: navaids, airports and intersections to 160.
+static void BM_C17MapFrameAcrossDenseRegion(benchmark::State& state) {
+    state.counters["page"] = static_cast<double>(state.range(1));
+    FlyFamily(state, GaugeId::C17_MFD, 10, static_cast<int>(state.range(1)));
+}
 
 static void BM_NdFrameMachineControl(benchmark::State& state) {
     std::vector<std::vector<double>> flights;
@@ -307,6 +318,10 @@ BENCHMARK(BM_Proline4MfdFrameAcrossDenseRegion)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_P1000MfdFrameAcrossDenseRegion)
     ->Arg(5)->Arg(10)->Arg(25)->Arg(50)->Arg(125)->Arg(250)->Arg(400)->Arg(800)->Arg(1600)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_C17MapFrameAcrossDenseRegion)
+    ->ArgsProduct({{5, 10, 25, 50, 100, 200, 400, 800, 1600, 3200}, {3, 4, 5, 6}})
     ->Iterations(1)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_NdFrameMachineControl)->Iterations(1)->Unit(benchmark::kMillisecond);

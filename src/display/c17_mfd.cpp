@@ -20,6 +20,7 @@
 
 #include "display/c17_attitude.h"
 #include "display/c17_engine_pages.h"
+#include "display/c17_map_pages.h"
 #include "frame/diagnostic_log.h"
 #include "frame/gauge_layers.h"
 #include "frame/module_state.h"
@@ -149,12 +150,17 @@ void DrawC17Mfd(const DisplaySurface& surface) {
 
     // 2. The page's picture; pages 2, 7 and 8 have none.
     switch (g_display.c17_working.page) {
+    case kC17PageNavigation: DrawC17Navigation(surface); break;
     case kC17PagePrimaryFlight: DrawC17Attitude(surface); break;
+    case kC17PageMap:
+    case kC17PageMap + 1:
+    case kC17PageMapLast:
+    case kC17PageMapRange: DrawC17Map(surface, g_display.c17_working.page); break;
     case kC17PageEngines: DrawC17Engines(surface); break;
     case kC17PageEnginesSecondary: DrawC17EnginesSecondary(surface); break;
     case kC17PageOilAndFuel: DrawC17OilAndFuel(surface); break;
     case kC17PageConfiguration: DrawC17Configuration(surface); break;
-    default: break;  // the navigation and map pages come with the map family
+    default: break;
     }
 
     // 3. Store it back.

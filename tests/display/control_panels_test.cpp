@@ -787,3 +787,41 @@ TEST(Proline4Panels, KnobsKeysAndSwitchesChangeTheMfdPicture) {
     EXPECT_EQ(g_display.proline4_mode, 3);
     EXPECT_TRUE(picture().Has("SEA"));
 }
+
+TEST(C17Keys, PanelsMapKeysRangeKnobAndSymbolFlagsChangeTheMapPicture) {
+    FreshAircraft();
+    FakeSimulatorScope scope;
+    AddNearby(g_nearby.FixesNear200, "ALDER", "I", 47.51, -122.32);
+    g_display.c17_screens[1].page = 3;
+    auto draw = [] { return DrawNd(2, GaugeId::C17_MFD, 246, 241); };
+    Frame arc = draw();
+    EXPECT_TRUE(arc.Has("MAP ARC"));
+    EXPECT_FALSE(arc.Has("ALDER"));
+    // Forward: the arc gives way to the centred map, then to PLAN, where it stops.
+    ASSERT_TRUE(Click(GaugeId::C17_MFCP, 100, 345));
+    EXPECT_TRUE(draw().Has("MAP CTR"));
+    Click(GaugeId::C17_MFCP, 370, 345);
+    EXPECT_TRUE(draw().Has("MAP PLAN"));
+    Click(GaugeId::C17_MFCP, 370, 345);
+    EXPECT_TRUE(draw().Has("MAP PLAN"));
+    // Back, once: the centred map again.
+    Click(GaugeId::C17_MFCP, 370, 300);
+    Frame centred = draw();
+    EXPECT_TRUE(centred.Has("MAP CTR"));
+    EXPECT_FALSE(centred.Has("MAP PLAN"));
+    // The left symbol flag puts the intersections on; a second press takes them off.
+    ASSERT_TRUE(Click(GaugeId::C17_MFCP, 50, 150));
+    EXPECT_TRUE(draw().Has("ALDER"));
+    Click(GaugeId::C17_MFCP, 50, 150);
+    EXPECT_FALSE(draw().Has("ALDER"));
+    // The range knob: the page with range text follows it, 80 -> 160 -> 80 -> 40.
+    g_display.c17_screens[1].page = 6;
+    EXPECT_TRUE(draw().Has("RNG 80 NM"));
+    Click(GaugeId::C17_MFCP, 140, 460);                   // right half: up
+    EXPECT_TRUE(draw().Has("RNG 160 NM"));
+    Click(GaugeId::C17_MFCP, 80, 460);                    // left half: down
+    Click(GaugeId::C17_MFCP, 80, 460);
+    Frame closer = draw();
+    EXPECT_TRUE(closer.Has("RNG 40 NM"));
+    EXPECT_FALSE(closer.Has("RNG 80 NM"));
+}
