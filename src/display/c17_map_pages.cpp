@@ -225,12 +225,7 @@ void DrawActiveWaypoint(gdi::Graphics& g, const CornerFonts& fonts, bool with_co
         g.DrawText(text, fonts.label, palette::kMagenta, kRightEdge, 25, gdi::TextAlign::Right);
         return;
     }
-    double total = Finite(g_sim.zulu_hour) * 60 + Finite(g_sim.zulu_minute) + Finite(g_tick.to_active.hours) * 60 +
-                   Finite(g_tick.to_active.minutes);
-    if (total < 0 || total > 1e7) total = 0;
-    double hours = ModuloPositive(std::floor(total / 60), 24);
-    double minutes = std::floor(std::fmod(total, 60));
-    std::snprintf(text, sizeof text, "%02.0f%02.0fZ", hours, minutes);
+    FormatActiveWaypointEta(text, sizeof text);
     g.DrawText(text, fonts.label, palette::kWhite, kRightEdge, 25, gdi::TextAlign::Right);
 }
 

@@ -269,13 +269,8 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
     g.DrawText("M", label, palette::kGreen, 140, 10);
     // ETA of the active waypoint.
     if (guidance.has_active) {
-        double total = s.zulu_hour * 60 + s.zulu_minute + g_tick.to_active.hours * 60 + g_tick.to_active.minutes;
-        if (!std::isfinite(total) || total < 0) total = 0;
-        double hours = ModuloPositive(std::floor(total / 60), 24);
-        double minutes_full = std::fmod(total, 60);
-        double minutes = std::floor(minutes_full);
-        double tenths = std::floor((minutes_full - minutes) * 10);
-        std::snprintf(text, sizeof text, "%02.0f%02.0f.%1.0f", hours, minutes, tenths);
+        ZuluEta eta = ActiveWaypointEta();
+        std::snprintf(text, sizeof text, "%02.0f%02.0f.%1.0f", eta.hours, eta.minutes, eta.tenths);
         g.DrawText(text, value, palette::kWhite, 190, 8);
         GpRectF box = g.MeasureText(text, value);
         g.DrawText("Z", label, palette::kWhite, 190 + box.Width - 2, 11);

@@ -238,11 +238,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode, double
         g.DrawText(w.Ident.data(), value, palette::kMagenta, kRightColumnX, 2, gdi::TextAlign::Right);
         std::snprintf(text, sizeof text, "%.1f NM", guidance.distance_to_active);
         g.DrawText(text, label, palette::kWhite, kRightColumnX, 18, gdi::TextAlign::Right);
-        double total = s.zulu_hour * 60 + s.zulu_minute + g_tick.to_active.hours * 60 + g_tick.to_active.minutes;
-        if (!std::isfinite(total) || total < 0) total = 0;
-        double hours = ModuloPositive(std::floor(total / 60), 24);
-        double minutes = std::floor(std::fmod(total, 60));
-        std::snprintf(text, sizeof text, "%02.0f%02.0fZ", hours, minutes);
+        FormatActiveWaypointEta(text, sizeof text);
         g.DrawText(text, label, palette::kWhite, kRightColumnX, 31, gdi::TextAlign::Right);
     }
 
@@ -297,12 +293,7 @@ void DrawDu1000Ehsi(const DisplaySurface& surface) {
         // 1. The map is clipped to the arc's circle, cut level above the bottom texts.
         ResetToDesign(surface);
         gdi::Path disc;
-        int r = kDu1000ArcRadius;
-        int left = kDu1000CentreX - r, top = kDu1000ArcCentreY - r;
-        double below = kMapClipBottom - kDu1000ArcCentreY;
-        double cut = std::asin(below / r) / kDegToRad;
-        disc.AddArc(left, top, 2 * r, 2 * r, F(180 - cut), F(180 + 2 * cut));
-        disc.CloseFigure();
+        AddMapClipOutline(disc, kDu1000CentreX, kDu1000ArcCentreY, kDu1000ArcRadius, false, kMapClipBottom);
         g.SetClip(disc);
 
         // 2. ATC boundaries and the airport diagram come with the airport

@@ -375,16 +375,8 @@ void DrawEfs50Ehsi(const DisplaySurface& surface) {
         //    200 across), or the arc's circle cut level above the bottom texts.
         ResetToDesign(surface);
         gdi::Path disc;
-        int r = static_cast<int>(CardRadius(mode));
-        int left = kEfs50CentreX - r, top = static_cast<int>(view.CentreY) - r;
-        if (IsRose(mode)) {
-            disc.AddEllipse(left, top, 2 * r, 2 * r);
-        } else {
-            double below = kMapClipBottom - view.CentreY;
-            double cut = below < r ? std::asin(below / r) / kDegToRad : 90;
-            disc.AddArc(left, top, 2 * r, 2 * r, F(180 - cut), F(180 + 2 * cut));
-            disc.CloseFigure();
-        }
+        AddMapClipOutline(disc, kEfs50CentreX, view.CentreY, static_cast<int>(CardRadius(mode)), IsRose(mode),
+                          kMapClipBottom);
         g.SetClip(disc);
 
         // 3. Runways and the route, the fixes' circles, the ILS course line.

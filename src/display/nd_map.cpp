@@ -91,6 +91,22 @@ bool IsMapGap(const char* ident) { return std::strcmp(ident, "DISCO") == 0 || st
 
 // [SECTION] Guidance as the map reads it
 // The one place the map reads the guidance state.
+ZuluEta ActiveWaypointEta() {
+    double total = g_sim.zulu_hour * 60 + g_sim.zulu_minute + g_tick.to_active.hours * 60 + g_tick.to_active.minutes;
+    if (!std::isfinite(total) || total < 0 || total > 1e7) total = 0;
+    ZuluEta eta;
+    eta.hours = ModuloPositive(std::floor(total / 60), 24);
+    double minutes = std::fmod(total, 60);
+    eta.minutes = std::floor(minutes);
+    eta.tenths = std::floor((minutes - eta.minutes) * 10);
+    return eta;
+}
+
+void FormatActiveWaypointEta(char* text, size_t size) {
+    ZuluEta eta = ActiveWaypointEta();
+    std::snprintf(text, size, "%02.0f%02.0fZ", eta.hours, eta.minutes);
+}
+
 MapGuidance ReadMapGuidance() {
     MapGuidance m;
     const PlanContext& pc = g_plan.context;
@@ -534,6 +550,18 @@ void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float 
                              {-w, top - 5}};
     g.DrawLines(pen, notch, static_cast<int>(std::size(notch)));
     ResetToDesign(surface);
+}
+
+void AddMapClipOutline(gdi::Path& path, double cx, double cy, int radius, bool full_circle, double clip_bottom) {
+    int left = static_cast<int>(cx) - radius, top = static_cast<int>(cy) - radius;
+    if (full_circle) {
+        path.AddEllipse(left, top, 2 * radius, 2 * radius);
+        return;
+    }
+    double below = clip_bottom - cy;
+    double cut = below < radius ? std::asin(below / radius) / kDegToRad : 90;
+    path.AddArc(left, top, 2 * radius, 2 * radius, static_cast<float>(180 - cut), static_cast<float>(180 + 2 * cut));
+    path.CloseFigure();
 }
 
 void CentreOnPlan(MapView& view) {

@@ -13,6 +13,7 @@
 #include "plan/plan_tables.h"
 
 #include <array>
+#include <cstddef>
 
 struct MapView {
     double CentreX = 0;                 // design pixels of the map centre
@@ -54,6 +55,16 @@ struct MapGuidance {
     double intercept_longitude = 0;
 };
 MapGuidance ReadMapGuidance();
+// The active waypoint's ETA by the sampled zulu clock and the time to go;
+// a clock or time that is not a number counts as 0.
+struct ZuluEta {
+    double hours = 0;                   // 0..23
+    double minutes = 0;                 // whole minutes, 0..59
+    double tenths = 0;                  // tenths of the minute, 0..9
+};
+ZuluEta ActiveWaypointEta();
+// "HHMMZ" of ActiveWaypointEta.
+void FormatActiveWaypointEta(char* text, size_t size);
 // The centre of a PLAN map: the LEGS page's centre entry (PlanCentreIndex, a
 // row of the plan that page shows: ModPlan while a modification waits,
 // ActivePlan otherwise), else the active waypoint. False when neither is a
@@ -116,6 +127,10 @@ void DrawCompassCard(gdi::Graphics& g, const DisplaySurface& surface, float cx, 
 // beyond half_sweep degrees off the top.
 void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float cx, float cy, float radius,
                          double heading, double half_sweep, int half_width);
+// A map's clip outline around (cx, cy): the whole circle, or the arc above
+// `clip_bottom` closed by its chord, so the map stops level above the texts
+// at the bottom of the display.
+void AddMapClipOutline(gdi::Path& path, double cx, double cy, int radius, bool full_circle, double clip_bottom);
 // A PLAN map's centre: the LEGS page's centre entry, else the active
 // waypoint; the view keeps the aircraft when neither is a place.
 void CentreOnPlan(MapView& view);

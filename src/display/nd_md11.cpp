@@ -218,11 +218,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
         g.DrawText(w.Ident.data(), value, palette::kMagenta, 236, 2, gdi::TextAlign::Right);
         std::snprintf(text, sizeof text, "%.1f NM", guidance.distance_to_active);
         g.DrawText(text, label, palette::kWhite, 236, 16, gdi::TextAlign::Right);
-        double total = s.zulu_hour * 60 + s.zulu_minute + g_tick.to_active.hours * 60 + g_tick.to_active.minutes;
-        if (!std::isfinite(total) || total < 0) total = 0;
-        double hours = ModuloPositive(std::floor(total / 60), 24);
-        double minutes = std::floor(std::fmod(total, 60));
-        std::snprintf(text, sizeof text, "%02.0f%02.0fZ", hours, minutes);
+        FormatActiveWaypointEta(text, sizeof text);
         g.DrawText(text, label, palette::kWhite, 236, 28, gdi::TextAlign::Right);
     }
     // The range, left, level with the mode line.
@@ -290,16 +286,8 @@ void DrawMd11Nd(const DisplaySurface& surface) {
         //    bottom corners' texts stand clear.
         ResetToDesign(surface);
         gdi::Path disc;
-        int r = static_cast<int>(view.MapRadiusPx);
-        int left = static_cast<int>(view.CentreX) - r, top = static_cast<int>(view.CentreY) - r;
-        if (plan) {
-            disc.AddEllipse(left, top, 2 * r, 2 * r);
-        } else {
-            double below = kMd11MapClipBottom - view.CentreY;
-            double cut = below < r ? std::asin(below / r) / kDegToRad : 90;
-            disc.AddArc(left, top, 2 * r, 2 * r, F(180 - cut), F(180 + 2 * cut));
-            disc.CloseFigure();
-        }
+        AddMapClipOutline(disc, view.CentreX, view.CentreY, static_cast<int>(view.MapRadiusPx), plan,
+                          kMd11MapClipBottom);
         g.SetClip(disc);
 
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::MD11)];

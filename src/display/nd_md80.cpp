@@ -234,11 +234,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode, double
         g.DrawText(w.Ident.data(), value, palette::kMagenta, 262, 2, gdi::TextAlign::Right);
         std::snprintf(text, sizeof text, "%.1f NM", guidance.distance_to_active);
         g.DrawText(text, label, palette::kWhite, 262, 16, gdi::TextAlign::Right);
-        double total = s.zulu_hour * 60 + s.zulu_minute + g_tick.to_active.hours * 60 + g_tick.to_active.minutes;
-        if (!std::isfinite(total) || total < 0) total = 0;
-        double hours = ModuloPositive(std::floor(total / 60), 24);
-        double minutes = std::floor(std::fmod(total, 60));
-        std::snprintf(text, sizeof text, "%02.0f%02.0fZ", hours, minutes);
+        FormatActiveWaypointEta(text, sizeof text);
         g.DrawText(text, label, palette::kWhite, 262, 28, gdi::TextAlign::Right);
     }
 
@@ -297,16 +293,8 @@ void DrawMd80Ehsi(const DisplaySurface& surface) {
         //    circle cut level above the bottom texts.
         ResetToDesign(surface);
         gdi::Path disc;
-        int r = static_cast<int>(view.MapRadiusPx);
-        int left = static_cast<int>(view.CentreX) - r, top = static_cast<int>(view.CentreY) - r;
-        if (IsRose(mode)) {
-            disc.AddEllipse(left, top, 2 * r, 2 * r);
-        } else {
-            double below = kMapClipBottom - view.CentreY;
-            double cut = below < r ? std::asin(below / r) / kDegToRad : 90;
-            disc.AddArc(left, top, 2 * r, 2 * r, F(180 - cut), F(180 + 2 * cut));
-            disc.CloseFigure();
-        }
+        AddMapClipOutline(disc, view.CentreX, view.CentreY, static_cast<int>(view.MapRadiusPx), IsRose(mode),
+                          kMapClipBottom);
         g.SetClip(disc);
 
         // 2. The route and the fixes' circles.

@@ -37,10 +37,6 @@ protected:
     MapSwitches& Switches() { return g_display.switches[static_cast<size_t>(MapFamily::C17)]; }
 };
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 // The one copy of a text below the corner strip (a map label, not a corner's copy).
 const test_canvas::Seen* OnMap(const Frame& f, const std::string& text) {
     for (const auto& s : f.seen)

@@ -27,10 +27,6 @@ Frame DrawDu(int instance = 1, GaugeId id = GaugeId::DU_1000_EHSI) {
     return DrawNd(instance, id, kWidth, kHeight);
 }
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 MapSwitches& DuSwitches() { return g_display.switches[static_cast<size_t>(MapFamily::DU1000)]; }
 
 // A copy of a text drawn below the top corner texts (the map's, not the corner's).

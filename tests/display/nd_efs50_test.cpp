@@ -22,10 +22,6 @@ Frame DrawEfs50(int instance = 1, GaugeId id = GaugeId::EFS50_EHSI) {
     return DrawNd(instance, id, kWidth, kHeight);
 }
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 MapSwitches& Efs50Switches() { return g_display.switches[static_cast<size_t>(MapFamily::EFS50)]; }
 
 // A copy of a text drawn below the top corners (the map's, not the corner's).

@@ -9,6 +9,7 @@
 #include "frame/sim_state.h"
 #include "frame/module_state.h"
 #include "frame/global_config.h"
+#include "guidance/geodesy.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"
 #include "support/module_reset.h"
@@ -72,6 +73,11 @@ inline void PlacePlan(const std::vector<PlanRow>& rows, int active) {
     }
     g_plan.context.ActiveLastRow = static_cast<int>(rows.size()) - 1;
     g_plan.context.ActiveLeg = active;
+}
+
+// The point `nm` along the true `bearing` from the aircraft.
+inline void Offset(double bearing, double nm, double& latitude, double& longitude) {
+    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
 }
 
 template <int N>

@@ -20,10 +20,6 @@ double Sy(double design_y) { return design_y * kHeight / 258.0; }
 Frame DrawMd11(int instance = 1, GaugeId id = GaugeId::HW_MD11_ND) { return DrawNd(instance, id, kWidth, kHeight); }
 
 // A point at a true bearing and distance from the aircraft.
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 MapSwitches& Md11Switches() { return g_display.switches[static_cast<size_t>(MapFamily::MD11)]; }
 }  // namespace
 

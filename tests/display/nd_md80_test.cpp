@@ -15,10 +15,6 @@ constexpr int kHeight = 232;
 
 Frame DrawMd80(int instance = 1) { return DrawNd(instance, GaugeId::MD80_EHSI_NB, kWidth, kHeight); }
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 MapSwitches& Md80Switches() { return g_display.switches[static_cast<size_t>(MapFamily::MD80)]; }
 }  // namespace
 

@@ -21,10 +21,6 @@ Frame DrawP1000(int instance = 1, GaugeId id = GaugeId::P1000_MFD) {
     return DrawNd(instance, id, kWidth, kHeight);
 }
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 // The text drawn nearest a design pixel (left edge, top), or null.
 const test_canvas::Seen* TextNear(const Frame& f, const std::string& text, double x, double y, double tolerance = 1.5) {
     for (const auto& s : f.seen)

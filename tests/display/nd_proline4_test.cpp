@@ -22,10 +22,6 @@ Frame DrawProline4(int instance = 1, GaugeId id = GaugeId::PROLINE4_MFD) {
     return DrawNd(instance, id, kWidth, kHeight);
 }
 
-void Offset(double bearing, double nm, double& latitude, double& longitude) {
-    ProjectPoint(g_sim.latitude, g_sim.longitude, bearing, nm, latitude, longitude);
-}
-
 MapSwitches& Proline4Switches() { return g_display.switches[static_cast<size_t>(MapFamily::PROLINE4)]; }
 
 // A copy of a text below the top lines (the map's, not the corner's).

@@ -13,6 +13,7 @@
 #include "frame/sim_state.h"
 #include "support/fake_panels.h"
 #include "support/gauge_instance.h"
+#include "support/panel_click.h"
 #include "support/module_reset.h"
 
 #include <gtest/gtest.h>
@@ -21,30 +22,7 @@
 #include <string>
 
 namespace {
-// A left click at bezel pixel (x, y): the last parent row holding the point,
-// then its child row under it (the left half of a knob is its first child).
-bool Click(GaugeId id, int x, int y) {
-    const MOUSERECT* rows = MouseTableOf(id);
-    int end = 1;
-    while (rows[end].rect_type != MOUSE_RECT_EOL) ++end;
-    for (int i = end - 1; i >= 1; --i) {
-        const MOUSERECT& parent = rows[i];
-        if (parent.rect_type != MOUSE_RECT_PARENT) continue;
-        const PIXBOX& box = parent.relative_box;
-        if (x < box.x || y < box.y || x >= box.x + box.size_x || y >= box.y + box.size_y) continue;
-        for (int c = i + 1; rows[c].rect_type == MOUSE_RECT_CHILD; ++c) {
-            const PIXBOX& child = rows[c].relative_box;
-            int cx = x - box.x, cy = y - box.y;
-            if (cx >= child.x && cy >= child.y && cx < child.x + child.size_x && cy < child.y + child.size_y &&
-                rows[c].mouse_function != nullptr) {
-                PIXPOINT point{cx, cy};
-                rows[c].mouse_function(&point, MOUSE_LEFTSINGLE);
-                return true;
-            }
-        }
-    }
-    return false;
-}
+using test_support::Click;
 
 // Key n (1 to 5) of the bezel's row, at the middle of its 30 x 24 box.
 constexpr int kKeyX[] = {70, 107, 144, 182, 220};
