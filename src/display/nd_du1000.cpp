@@ -188,19 +188,18 @@ void DrawCourseNeedle(gdi::Graphics& g, const DisplaySurface& surface, int mode,
 // The ADF's bearing pointer, cyan and double-lined, through the compass
 // centre, while the ADF has a signal.
 void DrawAdfPointer(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
-    if (!(g_sim.adf_signal > kAdfSignalMin) || !std::isfinite(g_sim.adf_needle)) return;
+    if (!(g_sim.adf_signal > kAdfSignalMin)) return;
     bool rose = mode == kDu1000ModeRose;
-    float cy = F(rose ? kDu1000RoseCentreY : kDu1000ArcCentreY);
-    float length = rose ? F(kDu1000RoseRadius - 10) : F(kDu1000ArcRadius * 0.55);
-    gdi::Pen pen(palette::kCyan, 1.5f);
-    ResetToDesign(surface);
-    g.Translate(kDu1000CentreX, cy);
-    g.Rotate(F(g_sim.adf_needle));
-    g.DrawLine(pen, -3, -length + 12, -3, -24);
-    g.DrawLine(pen, 3, -length + 12, 3, -24);
-    g.DrawLine(pen, -7, -length + 12, 0, -length);
-    g.DrawLine(pen, 7, -length + 12, 0, -length);
-    ResetToDesign(surface);
+    BearingNeedle needle;
+    needle.cx = kDu1000CentreX;
+    needle.cy = F(rose ? kDu1000RoseCentreY : kDu1000ArcCentreY);
+    needle.relative = g_sim.adf_needle;
+    needle.length = rose ? F(kDu1000RoseRadius - 10) : F(kDu1000ArcRadius * 0.55);
+    needle.inner = 24;
+    needle.head_half = 7;
+    needle.double_line = true;
+    needle.colour = palette::kCyan;
+    DrawBearingNeedle(g, surface, needle);
 }
 }  // namespace
 

@@ -246,22 +246,17 @@ void DrawBearingPointers(gdi::Graphics& g, const DisplaySurface& surface, int mo
         double relative = 0;
         if (!BearingOf(g_display.efs50_bearing[static_cast<size_t>(i)], relative)) continue;
         float r = CardRadius(mode);
+        BearingNeedle needle;
+        needle.cx = kEfs50CentreX;
+        needle.cy = CentreY(mode);
+        needle.relative = relative;
         // On the arc the pointer stops well inside the card, clear of the canvas sides.
-        float length = IsRose(mode) ? r - 14 : r * 0.65f;
-        gdi::Pen pen(i == 0 ? palette::kCyan : palette::kWhite, 1.5f);
-        ResetToDesign(surface);
-        g.Translate(kEfs50CentreX, CentreY(mode));
-        g.Rotate(F(relative));
-        if (i == 0) {
-            g.DrawLine(pen, 0, -length + 12, 0, -22);
-        } else {
-            g.DrawLine(pen, -3, -length + 12, -3, -22);
-            g.DrawLine(pen, 3, -length + 12, 3, -22);
-        }
-        g.DrawLine(pen, -6, -length + 12, 0, -length);
-        g.DrawLine(pen, 6, -length + 12, 0, -length);
-        if (IsRose(mode)) g.DrawLine(pen, 0, length - 12, 0, length);   // the tail on the far side
-        ResetToDesign(surface);
+        needle.length = IsRose(mode) ? r - 14 : r * 0.65f;
+        needle.inner = 22;
+        needle.double_line = i == 1;
+        needle.tail = IsRose(mode);
+        needle.colour = i == 0 ? palette::kCyan : palette::kWhite;
+        DrawBearingNeedle(g, surface, needle);
     }
 }
 }  // namespace

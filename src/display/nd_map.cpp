@@ -552,6 +552,25 @@ void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float 
     ResetToDesign(surface);
 }
 
+void DrawBearingNeedle(gdi::Graphics& g, const DisplaySurface& surface, const BearingNeedle& n) {
+    if (!std::isfinite(n.relative)) return;
+    constexpr float kHeadLength = 12;
+    gdi::Pen pen(n.colour, 1.5f);
+    ResetToDesign(surface);
+    g.Translate(n.cx, n.cy);
+    g.Rotate(static_cast<float>(n.relative));
+    if (n.double_line) {
+        g.DrawLine(pen, -3, -n.length + kHeadLength, -3, -n.inner);
+        g.DrawLine(pen, 3, -n.length + kHeadLength, 3, -n.inner);
+    } else {
+        g.DrawLine(pen, 0, -n.length + kHeadLength, 0, -n.inner);
+    }
+    g.DrawLine(pen, -n.head_half, -n.length + kHeadLength, 0, -n.length);
+    g.DrawLine(pen, n.head_half, -n.length + kHeadLength, 0, -n.length);
+    if (n.tail) g.DrawLine(pen, 0, n.length - kHeadLength, 0, n.length);
+    ResetToDesign(surface);
+}
+
 void AddMapClipOutline(gdi::Path& path, double cx, double cy, int radius, bool full_circle, double clip_bottom) {
     int left = static_cast<int>(cx) - radius, top = static_cast<int>(cy) - radius;
     if (full_circle) {

@@ -131,6 +131,20 @@ void DrawHeadingBugNotch(gdi::Graphics& g, const DisplaySurface& surface, float 
 // `clip_bottom` closed by its chord, so the map stops level above the texts
 // at the bottom of the display.
 void AddMapClipOutline(gdi::Path& path, double cx, double cy, int radius, bool full_circle, double clip_bottom);
+// A bearing pointer: a needle through the card's centre at a bearing off
+// the nose, its shaft from `inner` out to the head, single or double-lined.
+struct BearingNeedle {
+    float cx = 0, cy = 0;               // design pixels of the card's centre
+    double relative = 0;                // degrees off the nose
+    float length = 0;                   // centre to the head's point
+    float inner = 20;                   // the shaft starts this far from the centre
+    float head_half = 6;                // half the head's width; the head is 12 long
+    bool double_line = false;           // two shafts 6 pixels apart
+    bool tail = false;                  // a tail on the far side, 12 long (full rose cards)
+    ARGB colour = palette::kGreen;      // the pen
+};
+// Nothing for a bearing that isn't a number.
+void DrawBearingNeedle(gdi::Graphics& g, const DisplaySurface& surface, const BearingNeedle& needle);
 // A PLAN map's centre: the LEGS page's centre entry, else the active
 // waypoint; the view keeps the aircraft when neither is a place.
 void CentreOnPlan(MapView& view);

@@ -159,21 +159,15 @@ void DrawRadioCourse(gdi::Graphics& g, const DisplaySurface& surface, int mode) 
 // the nose, single-lined for the first, double for the second.
 void DrawBearingPointer(gdi::Graphics& g, const DisplaySurface& surface, double relative_bearing, ARGB colour,
                         bool double_line) {
-    if (!std::isfinite(relative_bearing)) return;
-    gdi::Pen pen(colour, 1.5f);
-    constexpr float kLength = kMd11ArcRadius - 14;
-    ResetToDesign(surface);
-    g.Translate(kMd11CentreX, kMd11ArcCentreY);
-    g.Rotate(F(relative_bearing));
-    if (double_line) {
-        g.DrawLine(pen, -3, -kLength + 12, -3, -30);
-        g.DrawLine(pen, 3, -kLength + 12, 3, -30);
-    } else {
-        g.DrawLine(pen, 0, -kLength + 12, 0, -30);
-    }
-    g.DrawLine(pen, -6, -kLength + 12, 0, -kLength);
-    g.DrawLine(pen, 6, -kLength + 12, 0, -kLength);
-    ResetToDesign(surface);
+    BearingNeedle needle;
+    needle.cx = kMd11CentreX;
+    needle.cy = kMd11ArcCentreY;
+    needle.relative = relative_bearing;
+    needle.length = kMd11ArcRadius - 14;
+    needle.inner = 30;
+    needle.double_line = double_line;
+    needle.colour = colour;
+    DrawBearingNeedle(g, surface, needle);
 }
 
 // The panel's bearing pointers: the first from VOR 1 or the ADF, the second

@@ -177,26 +177,17 @@ void DrawGlideslope(gdi::Graphics& g) {
 void DrawBearingPointer(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
     bool adf = g_display.md80_adf_pointer == 1;
     if (adf && !(g_sim.adf_signal > kAdfSignalMin)) return;
-    double relative = adf ? g_sim.adf_needle : g_sim.nav1_relative_bearing;
-    if (!std::isfinite(relative)) return;
     bool rose = IsRose(mode);
     float r = F(rose ? kMd80RoseRadius : kMd80ArcRadius);
-    float cy = F(rose ? kMd80RoseCentreY : kMd80ArcCentreY);
+    BearingNeedle needle;
+    needle.cx = kMd80CentreX;
+    needle.cy = F(rose ? kMd80RoseCentreY : kMd80ArcCentreY);
+    needle.relative = adf ? g_sim.adf_needle : g_sim.nav1_relative_bearing;
     // On the arc the pointer stops well inside the card, clear of the canvas sides.
-    float length = rose ? r - 12 : r * 0.7f;
-    gdi::Pen pen(adf ? palette::kCyan : palette::kGreen, 1.5f);
-    ResetToDesign(surface);
-    g.Translate(kMd80CentreX, cy);
-    g.Rotate(F(relative));
-    if (adf) {
-        g.DrawLine(pen, -3, -length + 12, -3, -20);
-        g.DrawLine(pen, 3, -length + 12, 3, -20);
-    } else {
-        g.DrawLine(pen, 0, -length + 12, 0, -20);
-    }
-    g.DrawLine(pen, -6, -length + 12, 0, -length);
-    g.DrawLine(pen, 6, -length + 12, 0, -length);
-    ResetToDesign(surface);
+    needle.length = rose ? r - 12 : r * 0.7f;
+    needle.double_line = adf;
+    needle.colour = adf ? palette::kCyan : palette::kGreen;
+    DrawBearingNeedle(g, surface, needle);
 }
 }  // namespace
 
