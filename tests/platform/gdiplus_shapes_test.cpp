@@ -260,6 +260,62 @@ TEST(GdiplusShapes, TransformsMoveThePixels) {
     EXPECT_EQ(t.InkedAll(), 100);
 }
 
+// Under a curved clip the drawing waits in a layer: it must still land in
+// the order drawn, stay out of the clip's outside, survive saves that only
+// guard a transform, and leave nothing behind for the next graphics object.
+TEST(GdiplusShapes, CurvedClipDrawingKeepsOrderAndLeavesNothingBehind) {
+    BrushOf red(kRed), green(kGreen), blue(kBlue);
+    GpPath* disc = nullptr;
+    ASSERT_EQ(GdipCreatePath(FillModeAlternate, &disc), Ok);
+    ASSERT_EQ(GdipAddPathEllipseI(disc, 20, 20, 60, 60), Ok);
+    Canvas c(100, 100);
+    {
+        Sharp s(c);
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 0, 0, 100, 10), Ok);  // before any clip: at once
+        EXPECT_EQ(c.At(50, 5), kBlue);
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, red.b, 0, 0, 100, 100), Ok);
+        // A save and restore of the transform alone keeps the drawing waiting.
+        GraphicsState state = 0;
+        ASSERT_EQ(GdipSaveGraphics(s.g, &state), Ok);
+        ASSERT_EQ(GdipTranslateWorldTransform(s.g, 50, 0, MatrixOrderPrepend), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 0, 40, 50, 20), Ok);  // the right half of a band
+        ASSERT_EQ(GdipRestoreGraphics(s.g, state), Ok);
+        EXPECT_EQ(c.At(50, 50), 0u);
+        // A new clip composites what waited, then draws on top of it.
+        ASSERT_EQ(GdipResetClip(s.g), Ok);
+        EXPECT_EQ(c.At(30, 50), kRed);
+        EXPECT_EQ(c.At(60, 50), kGreen);
+        EXPECT_EQ(c.At(60, 30), kRed);
+        EXPECT_EQ(c.At(95, 50), 0u);        // the band beyond the disc stays out
+        EXPECT_EQ(c.At(22, 22), 0u);        // the disc's corner
+        EXPECT_EQ(c.At(50, 5), kBlue);      // not painted over: the clip's outside
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 45, 45, 10, 10), Ok);
+        EXPECT_EQ(c.At(50, 50), kBlue);
+        // A clear under a curved clip comes after what waited.
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 0, 0, 100, 100), Ok);
+        ASSERT_EQ(GdipGraphicsClear(s.g, 0), Ok);
+        EXPECT_EQ(c.At(50, 50), 0u);
+        EXPECT_EQ(c.At(50, 5), kBlue);
+        // The end of the graphics object composites the rest.
+        ASSERT_EQ(GdipFillRectangleI(s.g, red.b, 40, 40, 20, 20), Ok);
+        EXPECT_EQ(c.At(50, 50), 0u);
+    }
+    EXPECT_EQ(c.At(50, 50), kRed);
+    EXPECT_EQ(c.CountColour(kRed), 400);
+    // The same size again takes the pooled layer: it must come back clear.
+    Canvas again(100, 100);
+    {
+        Sharp s(again);
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 48, 48, 4, 4), Ok);
+    }
+    EXPECT_EQ(again.CountColour(kGreen), 16);
+    EXPECT_EQ(again.Inked(0, 0, 100, 100), 16);
+    GdipDeletePath(disc);
+}
+
 TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     Canvas c(100, 100);
     Sharp s(c);
@@ -271,6 +327,9 @@ TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     // The transform changes after the clip: the clip stays where it was.
     ASSERT_EQ(GdipTranslateWorldTransform(s.g, 30, 0, MatrixOrderPrepend), Ok);
     ASSERT_EQ(GdipFillRectangleI(s.g, red.b, -30, 0, 100, 100), Ok);
+    // Drawing under a curved clip reaches the pixels at a flush.
+    EXPECT_EQ(c.At(50, 50), 0u);
+    ASSERT_EQ(GdipFlush(s.g, FlushIntentionSync), Ok);
     EXPECT_EQ(c.At(50, 50), kRed);
     EXPECT_EQ(c.At(22, 22), 0u);
     EXPECT_EQ(c.At(5, 50), 0u);
@@ -283,6 +342,7 @@ TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     ASSERT_EQ(GdipSetClipPath(sh.g, disc, CombineModeReplace), Ok);
     ASSERT_EQ(GdipSetClipRectI(sh.g, 0, 0, 50, 100, CombineModeIntersect), Ok);
     ASSERT_EQ(GdipFillRectangleI(sh.g, red.b, 0, 0, 100, 100), Ok);
+    ASSERT_EQ(GdipFlush(sh.g, FlushIntentionFlush), Ok);
     EXPECT_EQ(h.At(40, 50), kRed);
     EXPECT_EQ(h.At(60, 50), 0u);
 
