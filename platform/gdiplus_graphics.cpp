@@ -148,7 +148,14 @@ void ClipLayerToExtents(GpGraphics& g) {
 }  // namespace
 
 cairo_t* DrawTarget(GpGraphics& g) {
+    // Drawing straight through the clip costs a few microseconds a shape more;
+    // a composite through it, a hundred for a map's circle.
+    constexpr int kDirectDrawsUnderClip = 24;
     if (!g.clip_complex) return g.cr;
+    if (!g.layer_dirty && g.direct_draws < kDirectDrawsUnderClip) {
+        ++g.direct_draws;
+        return g.cr;
+    }
     if (g.layer_cr == nullptr) {
         cairo_surface_t* layer = TakeLayer(g.width, g.height);
         cairo_t* cr = cairo_create(layer);
@@ -187,6 +194,7 @@ void FlushClipLayer(GpGraphics& g) {
 
 void ClipChanged(GpGraphics& g) {
     ++g.clip_serial;
+    g.direct_draws = 0;
     cairo_save(g.cr);
     cairo_identity_matrix(g.cr);
     cairo_clip_extents(g.cr, &g.clip_x1, &g.clip_y1, &g.clip_x2, &g.clip_y2);

@@ -182,13 +182,16 @@ struct GpGraphics {
     // text go to this scratch surface, clipped only to the clip's bounding
     // box, and reach the pixels through the clip once, when the clip changes
     // or the graphics ends. Otherwise cairo intersects every shape's outline
-    // with the clip's polygon, most of a map frame's time. Drawing is over
+    // with the clip's polygon, most of a map frame's time. Compositing costs
+    // about as much as a few dozen shapes drawn straight, so the first ones
+    // under a clip are, and the layer takes the rest. Drawing is over
     // the layer's transparent start, so the picture is the same but for the
     // shading of the clip's edge pixels.
     cairo_surface_t* layer = nullptr;               // same size as the surface; from a pool
     cairo_t* layer_cr = nullptr;
     bool clip_complex = false;                      // the clip is not whole-pixel rectangles
     bool layer_dirty = false;                       // the layer holds drawing not yet composited
+    int direct_draws = 0;                           // shapes and strings drawn straight through this clip
     unsigned clip_serial = 0;                       // counts clip changes; a restore to the same serial keeps the clip
     double clip_x1 = 0, clip_y1 = 0;                // the clip's extents, device pixels
     double clip_x2 = 0, clip_y2 = 0;
