@@ -187,14 +187,32 @@ def main():
         if value("layer.LNAV.1.hidden") != "0":
             fail("LNAV's lamp is not lit")
 
-        # 6. The pictures decode to the gauges' own sizes in the browser.
+        # 6. The side panel flies it: 250 kt and the speed hold, set on the page.
+        speed = browser.element('input[data-field="ap_spd"]')
+        speed_ref = next(iter(speed.values()))
+        browser.call("POST", "/element/%s/clear" % speed_ref, {})
+        browser.call("POST", "/element/%s/value" % speed_ref, {"text": "250\n"})
+        browser.script("arguments[0].dispatchEvent(new Event('change'));", speed)
+        hold = browser.element('input[data-flag="ap_spd_hold"]')
+        browser.call("POST", "/element/%s/click" % next(iter(hold.values())), {})
+        for _ in range(200):
+            if browser.script("return window.orbPending;") == 0:
+                break
+            time.sleep(0.05)
+        if float(value("aircraft.ap_spd")) != 250 or value("aircraft.ap_spd_hold") != "1":
+            fail("the side panel did not set the speed and its hold")
+        time.sleep(6.0)
+        if float(value("aircraft.ias")) < 20:
+            fail("the aircraft did not start its take-off roll: %s kt" % value("aircraft.ias"))
+
+        # 7. The pictures decode to the gauges' own sizes in the browser.
         nd = browser.element('img[data-gauge="HW_B737_ND#1"]')
         decoded = browser.script("const i = arguments[0]; return [i.naturalWidth, i.naturalHeight, i.gauge.width,"
                                  " i.gauge.height];", nd)
         if decoded[0] != decoded[2] or decoded[1] != decoded[3] or decoded[0] == 0:
             fail("the ND's picture did not decode to its size: %s" % decoded)
 
-        # 7. Frames reaching the page, and a picture of it.
+        # 8. Frames reaching the page, and a picture of it.
         first = browser.script("return window.orbFrames;")
         time.sleep(4.0)
         rate = (browser.script("return window.orbFrames;") - first) / 4.0
