@@ -270,7 +270,10 @@ std::pair<bool, std::string> RunPageCommand(HostState& host, ScriptRun& run, con
     std::FILE* printed = std::tmpfile();
     std::FILE* saved = run.out;
     if (printed != nullptr) run.out = printed;
+    std::string saved_path = run.script_path;
+    run.script_path = "page";  // messages name the page, not the panel's loading
     ExitCode code = RunScript(host, run, lines, error);
+    run.script_path = saved_path;
     run.out = saved;
     std::string reply = "ok";
     if (printed != nullptr) {

@@ -212,7 +212,18 @@ def main():
         if decoded[0] != decoded[2] or decoded[1] != decoded[3] or decoded[0] == 0:
             fail("the ND's picture did not decode to its size: %s" % decoded)
 
-        # 8. Frames reaching the page, and a picture of it.
+        # 8. Bad requests are refused and orbsim keeps flying.
+        for body in (b"run 600", b"click \x01 1 2", b"expect aircraft.alt > 0", b"shot HW_B737_ND x.png",
+                     bytes(range(256)) * 20, b"click HW_B737_ND#1 1e99 5"):
+            status, answer = http("POST", page_url + "/command", body)
+            if status < 400:
+                fail("orbsim took %r: %s" % (body[:30], answer[:100]))
+        if http("GET", page_url + "/value?what=no.such.thing")[0] != 400:
+            fail("an unknown value was answered")
+        if sim.poll() is not None:
+            fail("orbsim stopped on a bad request")
+
+        # 9. Frames reaching the page, and a picture of it.
         first = browser.script("return window.orbFrames;")
         time.sleep(4.0)
         rate = (browser.script("return window.orbFrames;") - first) / 4.0
