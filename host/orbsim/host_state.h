@@ -7,6 +7,7 @@
 
 #include "aircraft_model.h"
 #include "fsuipc_server.h"
+#include "gps_block.h"
 #include "gauge_store.h"
 #include "key_event_log.h"
 #include "traffic_source.h"
@@ -53,6 +54,7 @@ struct SimConnectState {
     std::string client_name;
     std::vector<std::string> plans;           // paths handed to the plan load, in order
     std::vector<bool> plan_existed;           // whether each file was there when handed over
+    std::vector<std::string> plan_texts;      // each handed file's text at the moment (the last kMaxHandedPlans)
 };
 
 struct HostState {
@@ -62,6 +64,7 @@ struct HostState {
     SimConnectState simconnect;
     GaugeStore gauges;
     TrafficSource traffic;                    // the outside traffic gauge orbsim plays
+    GpsDataBlock gps;                         // the simulator GPS's route, as its data block
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;
