@@ -11,6 +11,7 @@
 #include "gauge_store.h"
 #include "key_event_log.h"
 #include "traffic_source.h"
+#include "xml_gauge.h"
 
 #include <panel_sdk.h>
 
@@ -65,6 +66,7 @@ struct HostState {
     GaugeStore gauges;
     TrafficSource traffic;                    // the outside traffic gauge orbsim plays
     GpsDataBlock gps;                         // the simulator GPS's route, as its data block
+    std::vector<XmlGauge> xml_gauges;         // the panel's XML gauges, played beside the module's
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;

@@ -830,6 +830,12 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
         } else if (cmd == "click") {
             if (!need_panel()) return bad("click needs a panel: no panel is loaded");
             GaugeInstance* inst = FindInstance(host.gauges, w[1]);
+            bool xml_hit = false;
+            if (inst == nullptr && ClickXmlGauge(host, w[1], static_cast<int>(std::atof(w[2].c_str())),
+                                                 static_cast<int>(std::atof(w[3].c_str())), xml_hit)) {
+                if (!xml_hit) std::fprintf(stderr, "orbsim: %sclick at %s,%s of %s hit no area\n", where.c_str(), w[2].c_str(), w[3].c_str(), w[1].c_str());
+                continue;
+            }
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
             const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst->window)];
             if (!window.virtual_cockpit && !window.visible)

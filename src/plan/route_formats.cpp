@@ -279,10 +279,8 @@ std::string XmlPositionText(double value, bool latitude) {
 }
 
 bool ReadPlnXml(std::string_view text, RoutePlan& plan, RouteError& error) {
-    std::string_view value;
-    size_t doc = 0;
-    if (!Element(text, "FlightPlan.FlightPlan", 0, text.size(), value, &doc))
-        return Fail(error, 0, "no <FlightPlan.FlightPlan> element: not an XML plan");
+    size_t doc = text.find("<FlightPlan.FlightPlan");
+    if (doc == std::string_view::npos) return Fail(error, 0, "no <FlightPlan.FlightPlan> element: not an XML plan");
     std::string_view alt;
     double feet = 0;
     if (Element(text, "CruisingAlt", 0, text.size(), alt) && Number(alt, feet) && feet >= 0 && feet < 100000)
