@@ -26,6 +26,7 @@
 #include "guidance/vnav.h"
 #include "plan/plan_tables.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstring>
@@ -166,7 +167,7 @@ void Act(Request action, double value) {
     case Request::Mode:
         // Only the B737 family takes a mode by number; 1 to 7.
         if (value > 0) {
-            int mode = static_cast<int>(std::fmin(value, kB737ModePlan));
+            int mode = static_cast<int>(std::clamp(value, static_cast<double>(kB737ModeNav), static_cast<double>(kB737ModePlan)));
             g_display.b737_mode = mode;
             WriteLocalVariable("orb_nd_mode", mode);
         }
@@ -314,13 +315,14 @@ void NamedVariablePump() {
 
     // 3. Three times a second, the commanded heading while LNAV is on.
     int phase = g_tick.phase;
-    if (phase != 0 && phase != 7 && phase != 14) return;
-    if (g_lnav.LnavOn == 0) return;
     int command = static_cast<int>(g_lnav.HeadingCommand);
-    WriteLocalVariable("orb_lnav_hdg_set", command);
+    if (phase == 0 || phase == 7 || phase == 14) {
+        if (g_lnav.LnavOn == 0) return;
+        WriteLocalVariable("orb_lnav_hdg_set", command);
+    }
 
     // 4. A bug moved away from the command under heading hold goes back.
-    if (g_sim.heading_hold == 1 && g_profile.ResetApHdg == 1) {
+    if (g_lnav.LnavOn == 1 && g_sim.heading_hold == 1 && g_profile.ResetApHdg == 1) {
         double bug = HeadingBug();
         if (static_cast<int>(bug) != command) TriggerKeyEvent(ServerKey::kSetHeadingBug, static_cast<UINT32>(command));
     }

@@ -1,16 +1,12 @@
-// sim_plans.cpp: the simulator planner's .PLN files converted into the
-// temporary route file, and the active plan written as the newer simulator's
-// XML plan and handed over through SimConnect. The file written is declared
+// sim_plans.cpp: the active plan written as the newer simulator's XML plan
+// and handed over through SimConnect. The file written is declared
 // Windows-1252, so the degree sign is the single byte 0xB0.
 #include "plan/sim_plans.h"
 
-#include "cdu/keypad.h"
 #include "frame/module_state.h"
 #include "frame/simconnect_link.h"
 #include "navdata/nav_database.h"
 #include "plan/plan_tables.h"
-#include "plan/pln_reader.h"
-#include "plan/route_files.h"
 
 #include <windows.h>
 #include <share.h>
@@ -21,8 +17,7 @@
 namespace {
 
 constexpr char kPlanFile[] = "\\Orb\\Navdata\\tmpfplan.pln";
-constexpr char kConvertedFile[] = "temp.rte";
-constexpr char kUnableToLoadFp[] = "Unable to load FP";
+
 constexpr char kDegreeSign = static_cast<char>(0xB0);  // Windows-1252
 
 // "N47:26:03" becomes "N47° 26' 03": the file's pattern adds the seconds mark.
@@ -55,48 +50,6 @@ void PositionTexts(const PlanWaypoint& row, char* lat, char* lon, size_t size) {
 }
 
 }  // namespace
-
-int ConvertPlanFile(const char* name) {
-    // 1. The plan file and the temporary route file, both in the plan folder.
-    char folder[MAX_PATH], in_path[MAX_PATH], out_path[MAX_PATH];
-    FlightPlanFolder(folder, sizeof folder);
-    bool fits = std::snprintf(in_path, sizeof in_path, "%s%s", folder, name ? name : "") < static_cast<int>(sizeof in_path) &&
-                std::snprintf(out_path, sizeof out_path, "%s%s", folder, kConvertedFile) < static_cast<int>(sizeof out_path);
-    FILE* in = fits && name != nullptr && name[0] != 0 ? _fsopen(in_path, "rb", _SH_DENYNO) : nullptr;
-    if (in == nullptr) {
-        SetCduMessage(kUnableToLoadFp);
-        return kConvertFailed;
-    }
-    FILE* out = _fsopen(out_path, "w", _SH_DENYNO);
-    if (out == nullptr) {
-        std::fclose(in);
-        SetCduMessage(kUnableToLoadFp);
-        return kConvertFailed;
-    }
-    std::fprintf(out, "[FlightPlan]\n");
-
-    // 2. Line by line; a line longer than the reader takes is cut, its rest dropped.
-    static PlnReader reader;  // keeps the frame's stack small
-    reader = PlnReader{};
-    static char line[kPlnLineSize + 2];
-    while (std::fgets(line, sizeof line, in) != nullptr) {
-        size_t n = std::strlen(line);
-        bool whole = n > 0 && line[n - 1] == '\n';
-        if (!whole && n + 1 >= sizeof line) {
-            int c = 0;
-            while ((c = std::fgetc(in)) != EOF && c != '\n') {
-            }
-        }
-        while (n > 0 && (line[n - 1] == '\n' || line[n - 1] == '\r')) line[--n] = 0;
-        PlnRow row;
-        if (!ReadPlnLine(reader, std::string_view(line, n), row)) continue;
-        // 3. One converted row: four columns, so that the navaids are looked up on loading.
-        std::fprintf(out, "%-8s %-3.5f %-3.5f  %s\n", row.ident.data(), row.latitude, row.longitude, row.type.data());
-    }
-    std::fclose(in);
-    std::fclose(out);
-    return 0;
-}
 
 int WriteSimulatorPlan() {
     PlanContext& pc = g_plan.context;

@@ -239,7 +239,6 @@ TEST_F(Server, LvarRowsDriveTheDisplaysAndLnavWithTheHoldOff) {
     SetLocal("Panel ND Range", 3);
     SetLocal("ND_MODE", 2);
     SetLocal("APT_SW", 1);
-    SetLocal("TCAS_SW", 1);
     NamedVariablePump();
     EXPECT_DOUBLE_EQ(g_display.b737_range, 40);
     // Plan mode in every family that has one.
@@ -251,7 +250,11 @@ TEST_F(Server, LvarRowsDriveTheDisplaysAndLnavWithTheHoldOff) {
     EXPECT_NE(md80_before, 2);
     for (const MapSwitches& s : g_display.switches) EXPECT_EQ(s.airports, 1);
     EXPECT_EQ(Local("orb_nd_apt"), 1);
+    // Traffic on by the panel's switch: every family, the EFS 50 in its traffic mode.
+    SetLocal("TCAS_SW", 1);
+    NamedVariablePump();
     EXPECT_EQ(g_display.switches[0].traffic, 1);
+    EXPECT_EQ(g_display.efs50_hsi_mode, 8);
     // LNAV_SW is 0 and LNAV off: nothing to do.
     EXPECT_EQ(g_lnav.LnavOn, 0);
 
@@ -284,8 +287,11 @@ TEST_F(Server, LvarRowsDriveTheDisplaysAndLnavWithTheHoldOff) {
     }
     NamedVariablePump();
     EXPECT_EQ(g_lnav.LnavOn, 0);
-    // The panel's own switch on: the bridge engages LNAV.
+    // The panel's own switch on: the bridge engages LNAV once its own
+    // switching's rest of three updates is over.
     SetLocal("LNAV_SW", 1);
+    for (int update = 0; update < 3; ++update) NamedVariablePump();
+    EXPECT_EQ(g_lnav.LnavOn, 0);
     NamedVariablePump();
     EXPECT_EQ(g_lnav.LnavOn, 1);
 }

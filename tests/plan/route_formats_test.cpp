@@ -135,9 +135,14 @@ TEST(PlanFormats, EveryPairRoundTripsItsWaypointsPositionsKindsAndAirways) {
                 EXPECT_EQ(got.ident, want.ident) << i;
                 EXPECT_NEAR(got.lat, want.lat, tolerance) << i;
                 EXPECT_NEAR(got.lon, want.lon, tolerance) << i;
-                if (HasKinds(a) && HasKinds(b)) EXPECT_EQ(got.kind, want.kind) << i;
-                if (FormatHasAirways(a) && FormatHasAirways(b)) EXPECT_EQ(got.via, want.via) << i;
-                else EXPECT_EQ(got.via, "") << i;
+                if (HasKinds(a) && HasKinds(b)) {
+                    EXPECT_EQ(got.kind, want.kind) << i;
+                }
+                if (FormatHasAirways(a) && FormatHasAirways(b)) {
+                    EXPECT_EQ(got.via, want.via) << i;
+                } else {
+                    EXPECT_EQ(got.via, "") << i;
+                }
             }
         }
     }

@@ -100,7 +100,7 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"guidance/lnav.cpp", "flightlog/flight_log.h", "sequencing the last waypoint steps the flight's stage"},
     {"navdata/nav_database.cpp", "plan/plan_tables.h", "pilot waypoints are numbered after the plan's own (WPT01, SEA02)"},
     {"plan/plan_rows.cpp", "guidance/holds.h", "the holds' rows move with the plan's rows"},
-    {"plan/sim_plans.cpp", "cdu/keypad.h", "a simulator plan that can't be read is refused on the message line"},
+    {"plan/pln_convert.cpp", "cdu/keypad.h", "a simulator plan that can't be read is refused on the message line"},
     {"plan/sim_gps_route.cpp", "cdu/keypad.h", "the GPS route's load is told on the message line"},
     {"plan/sim_gps_route.cpp", "guidance/holds.h", "a route taken from the GPS removes every hold"},
     {"plan/sim_gps_route.cpp", "guidance/lnav_state.h", "a route taken from the GPS restarts the distance to the waypoint"},
