@@ -25,7 +25,7 @@ std::string_view Trim(std::string_view s) {
 template <size_t N>
 void Copy(std::array<char, N>& out, std::string_view text) {
     size_t n = text.size() < N - 1 ? text.size() : N - 1;
-    std::memcpy(out.data(), text.data(), n);
+    if (n > 0) std::memcpy(out.data(), text.data(), n);
     out[n] = 0;
 }
 

@@ -82,6 +82,13 @@ bool Number(std::string_view text, double& value) {
     return end == buffer + text.size() && std::isfinite(value);
 }
 
+constexpr size_t kMaxRouteWord = 32;         // characters of an ident or an airway kept
+
+bool IsWordCharacter(char c) {
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || IsDigit(c) || c == '_' || c == '-' || c == '+' || c == '.' ||
+           c == '/';
+}
+
 bool LatLonInRange(double lat, double lon) { return std::fabs(lat) <= 90 && std::fabs(lon) <= 180; }
 
 bool Fail(RouteError& error, int line, const std::string& message) {
@@ -94,8 +101,13 @@ bool AddPoint(RoutePlan& plan, RoutePoint point, RouteError& error, int line) {
     if (plan.points.size() >= kMaxRoutePoints) return Fail(error, line, "more than 1000 waypoints");
     if (point.ident.empty()) return Fail(error, line, "a waypoint without an ident");
     if (!LatLonInRange(point.lat, point.lon)) return Fail(error, line, "a position outside the globe");
-    for (char& c : point.ident)
-        if (IsBlank(c) || static_cast<unsigned char>(c) < 0x20) c = '_';  // idents are one word in every format
+    // Idents and airways are one plain word in every format: anything that
+    // parts fields in one of them (blanks, commas, "*", quotes, markup) becomes "_".
+    for (std::string* word : {&point.ident, &point.via}) {
+        if (word->size() > kMaxRouteWord) word->resize(kMaxRouteWord);
+        for (char& c : *word)
+            if (!IsWordCharacter(c)) c = '_';
+    }
     plan.points.push_back(std::move(point));
     return true;
 }

@@ -218,6 +218,18 @@ TEST(PlanFormats, HostileBytesNeverCrashAReader) {
     }
     EXPECT_GT(refused, 0);
     EXPECT_GT(taken, 0);
+    // An ident with a field separator of another format in it (a comma and a
+    // "*" part the older .PLN's fields) is made one plain word on reading, so
+    // that it converts to every format and back.
+    RoutePlan odd = Read(RouteFormat::Fms3, "I\n3 version\n1\n1\n11 A,B*C 0 1 2\n11 <X> 0 3 4\n");
+    ASSERT_EQ(odd.points.size(), 2u);
+    EXPECT_EQ(odd.points[0].ident, "A_B_C");
+    EXPECT_EQ(odd.points[1].ident, "_X_");
+    for (RouteFormat format : kAll) {
+        RoutePlan back = Read(format, WriteRouteText(format, odd));
+        ASSERT_EQ(back.points.size(), 2u) << FormatName(format);
+        EXPECT_EQ(back.points[0].ident, "A_B_C") << FormatName(format);
+    }
     // More points than any plan holds is a broken file, not a plan.
     std::string many = "I\n3 version\n1\n1\n";
     for (int i = 0; i < 1001; ++i) many += "11 FIX 0 1 1\n";
