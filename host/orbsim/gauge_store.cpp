@@ -119,11 +119,7 @@ bool BuildInstances(GaugeStore& store, const PanelDesc& panel, const MODULE_LINK
         store.windows.push_back({w.section, w.ident, w.virtual_cockpit, w.visible});
         int window_index = static_cast<int>(store.windows.size()) - 1;
         for (const PanelGaugeLine& g : w.gauges) {
-            if (!SameNoCase(g.module, "orb1")) {
-                std::fprintf(stderr, "orbsim: %s:%d: gauge %s!%s skipped: orbsim loads the orb1 module only\n",
-                             panel_path.c_str(), g.line, g.module.c_str(), g.gauge.c_str());
-                continue;
-            }
+            if (!SameNoCase(g.module, "orb1")) continue;  // an XML gauge, or skipped (xml_gauge.cpp)
             const GAUGEHDR* source = FindModuleGauge(linkage, g.gauge);
             if (source == nullptr) {
                 error = panel_path + ":" + std::to_string(g.line) + ": the module has no gauge '" + g.gauge + "'";

@@ -64,6 +64,8 @@ long SimConnectFlightPlanLoad(void* handle, const char* path) {
     struct stat st{};
     sc.plans.push_back(p);
     sc.plan_existed.push_back(stat(local.c_str(), &st) == 0);
+    if (static_cast<int>(sc.plan_texts.size()) >= kMaxHandedPlans) sc.plan_texts.erase(sc.plan_texts.begin());
+    sc.plan_texts.push_back(ReadModuleFile(p));
     return kSOk;
 }
 

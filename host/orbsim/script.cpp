@@ -108,6 +108,7 @@ constexpr CommandSpec kCommands[] = {
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
     {"traffic", 1, 8, "traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID"},
+    {"gps", 1, 4, "gps clear|add IDENT LAT LON"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
@@ -298,6 +299,7 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
         return false;
     }
     if (name == "traffic" && !CheckTrafficCommand(w, error)) return false;
+    if (name == "gps" && !CheckGpsCommand(w, error)) return false;
     if (name == "simconnect" && w[1] != "on" && w[1] != "off") {
         error = "simconnect on|off";
         return false;
@@ -563,6 +565,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         }
         return Fail(error, "fsuipc has requests, lookups, rejected, library, tower.*, and 0xOFFSET[.SIZE]");
     }
+    if (head == "gps" && p.size() == 2 && p[1] == "count") return value = Number(static_cast<double>(host.gps.fixes.size())), true;
     if (head == "traffic" && p.size() == 2) {
         double n = 0;
         if (!TrafficValue(host, p[1], n, error)) return false;
@@ -576,6 +579,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "plans") return value = Number(static_cast<double>(s.plans.size())), true;
         if (p[1] == "last_plan") return value = Text(s.plans.empty() ? "" : s.plans.back()), true;
         if (p[1] == "last_plan_existed") return value = Number(!s.plan_existed.empty() && s.plan_existed.back()), true;
+        if (p[1] == "last_plan_text") return value = Text(s.plan_texts.empty() ? "" : s.plan_texts.back()), true;
         return Fail(error, "simconnect has opens, closes, open, plans, last_plan, last_plan_existed");
     }
     if (head == "profile" && p.size() == 2) {
@@ -826,6 +830,12 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
         } else if (cmd == "click") {
             if (!need_panel()) return bad("click needs a panel: no panel is loaded");
             GaugeInstance* inst = FindInstance(host.gauges, w[1]);
+            bool xml_hit = false;
+            if (inst == nullptr && ClickXmlGauge(host, w[1], static_cast<int>(std::atof(w[2].c_str())),
+                                                 static_cast<int>(std::atof(w[3].c_str())), xml_hit)) {
+                if (!xml_hit) std::fprintf(stderr, "orbsim: %sclick at %s,%s of %s hit no area\n", where.c_str(), w[2].c_str(), w[3].c_str(), w[1].c_str());
+                continue;
+            }
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
             const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst->window)];
             if (!window.virtual_cockpit && !window.visible)
@@ -1067,6 +1077,8 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 if (static_cast<int>(list.size()) >= kMaxRunwayAirports) return bad("more than 16 airports with runways");
                 list.push_back(answer);
             }
+        } else if (cmd == "gps") {
+            if (!RunGpsCommand(host.gps, w, why)) return bad(why);
         } else if (cmd == "traffic") {
             std::string why;
             if (!RunTrafficCommand(host, w, why)) return bad(why);

@@ -11,6 +11,7 @@
 #include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
+#include "frame/named_variables.h"
 #include "guidance/fix_info.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
@@ -56,6 +57,8 @@ std::string ResetModuleState() {
     ClearPlans();
     g_display = {};
     g_traffic = {};
+    g_named = {};
+    g_lvars = {};
     g_events.count = 0;
     return root;
 }
