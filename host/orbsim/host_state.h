@@ -9,6 +9,7 @@
 #include "fsuipc_server.h"
 #include "gauge_store.h"
 #include "key_event_log.h"
+#include "keyboard.h"
 #include "traffic_source.h"
 
 #include <panel_sdk.h>
@@ -62,6 +63,7 @@ struct HostState {
     SimConnectState simconnect;
     GaugeStore gauges;
     TrafficSource traffic;                    // the outside traffic gauge orbsim plays
+    PcKeyboard keyboard;                      // the PC keyboard and the module's hook on it
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;
