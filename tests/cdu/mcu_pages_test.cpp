@@ -12,6 +12,8 @@
 
 #include <cmath>
 #include <cstdio>
+#include <iterator>
+#include <random>
 #include <string>
 
 namespace {
@@ -316,5 +318,42 @@ TEST(McuPages, LegsEditStoresACrossingAltitudeAtOnce) {
     EXPECT_EQ(g_plan.ModPlan[2].Altitude, 9500);
     EXPECT_FALSE(mcu.Shows("> Cross"));
     EXPECT_TRUE(mcu.Shows(" 9500")) << mcu.Screen();
+}
+}  // namespace
+
+namespace {
+TEST(McuPages, RandomKeysAndTypingKeepEveryValueInItsRange) {
+    McuRig mcu;
+    mcu.Place(47.45, -122.31, 200);
+    std::mt19937 random(20261125);
+    const uint8_t kTyped[] = {DIK_A, DIK_E, DIK_K, DIK_S, DIK_G, DIK_Z, DIK_1, DIK_BACK, DIK_UP, DIK_DOWN,
+                              DIK_PRIOR, DIK_NEXT, DIK_RETURN};
+    for (int step = 0; step < 3000; ++step) {
+        int roll = static_cast<int>(random() % 100);
+        if (roll < 75) {
+            mcu.PressAndFrame(McuKeyAt(static_cast<int>(random() % McuKeyCount()))->name);
+        } else if (roll < 90) {
+            mcu.Tap(kTyped[random() % std::size(kTyped)]);
+        } else {
+            mcu.Ticks(1 + static_cast<int>(random() % 20));
+        }
+        const McuState& m = g_mcu_state;
+        const PlanContext& pc = g_plan.context;
+        ASSERT_LE(McuFieldText().size(), static_cast<size_t>(kMcuFieldLength)) << step;
+        ASSERT_GE(m.McuCursor, 1) << step;
+        ASSERT_LE(m.McuCursor, kMcuFieldLength) << step;
+        ASSERT_GE(m.McuAltitudeEntry, 0) << step;
+        ASSERT_LE(m.McuAltitudeEntry, kMcuAltitudeTop) << step;
+        ASSERT_GE(m.LegsEditValue, 0) << step;
+        ASSERT_LE(m.LegsEditValue, kMcuAltitudeTop) << step;
+        ASSERT_LE(m.candidate, m.candidate_count) << step;
+        ASSERT_LT(pc.ActiveLastRow, kPlanRows) << step;
+        ASSERT_TRUE(pc.ActiveLeg == kNoActiveLeg || (pc.ActiveLeg >= 0 && pc.ActiveLeg <= pc.ActiveLastRow)) << step;
+        ASSERT_TRUE(m.McuPage == mcu_page::kTo || m.McuPage == mcu_page::kFpln || m.McuPage == mcu_page::kApt ||
+                    m.McuPage == mcu_page::kLegs || m.McuPage == mcu_page::kDirto || m.McuPage == mcu_page::kAltFl)
+            << step;
+        // The keyboard is taken exactly while entry runs.
+        ASSERT_EQ(mcu.keyboard().Hooked(), g_mcu_page.direct_entry == 1) << step;
+    }
 }
 }  // namespace
