@@ -8,6 +8,7 @@
 #include "frame/input_capture.h"
 #include "guidance/holds.h"
 #include "guidance/lnav_state.h"
+#include "guidance/runway_tuning.h"
 #include "plan/route_files.h"
 
 #include <cmath>
@@ -234,6 +235,16 @@ TEST(McuPages, AptShowsTheRunwaysAndIlsOfThePlansAirportAndTunesTheChosenOne) {
     EXPECT_EQ(mcu.sim().key_events[1].second, 0x11030u);
     mcu.Ticks(1);
     EXPECT_EQ(mcu.sim().key_events.size(), 2u) << "one request, one tuning";
+    EXPECT_EQ(TextOf(g_runway_tuning.runway), "34R");
+
+    // Well away from the origin the departure's runway is forgotten.
+    mcu.Place(47.62, -122.31, 250);  // about ten miles north of KSEA
+    mcu.Ticks(18);
+    EXPECT_EQ(g_runway_tuning.selected, kNoRunwaySelected);
+    mcu.sim().key_events.clear();
+    g_tick.tuning_requests = 1;
+    mcu.Ticks(1);
+    for (const auto& event : mcu.sim().key_events) EXPECT_NE(event.first, 0x100B4u) << "nothing left to tune";
 }
 
 TEST(McuPages, TheLampsFollowLnavAndTheHold) {
