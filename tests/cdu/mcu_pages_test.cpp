@@ -368,3 +368,36 @@ TEST(McuPages, RandomKeysAndTypingKeepEveryValueInItsRange) {
     }
 }
 }  // namespace
+
+namespace {
+TEST(McuPages, TheTwinIsTheSameUnitAndTheCockpitCopyRestsWhileThe2DPanelShows) {
+    McuRig mcu;
+    // MCU_LM, placed in the virtual cockpit beside the 2D MCU.
+    GaugeInstance twin(GaugeId::MCU_LM, "VC");
+    twin.Service(PANEL_SERVICE_PRE_INSTALL);
+    twin.Service(PANEL_SERVICE_PRE_INITIALIZE);
+    twin.Service(PANEL_SERVICE_CONNECT_TO_WINDOW);
+    mcu.PressOn(GaugeId::MCU_LM, "DIRTO");
+    mcu.Frame();
+    EXPECT_EQ(g_mcu_state.McuPage, mcu_page::kDirto);
+    EXPECT_EQ(mcu.Row(0), "DIRTO:") << "the 2D MCU shows what the twin's key chose";
+    mcu.PressOn(GaugeId::MCU_LM, "UP");  // the same field, whichever unit spells it
+    mcu.Frame();
+    mcu.Press("UP");
+    mcu.Frame();
+    EXPECT_EQ(std::string(McuFieldText()), "0");
+
+    // With the 2D panel shown the cockpit copy draws nothing, however asked.
+    mcu.sim().window_visible[0] = true;
+    uint64_t paints = g_mcu_state.paints;
+    mcu.PressOn(GaugeId::MCU_LM, "TO");
+    twin.Service(PANEL_SERVICE_PRE_DRAW);
+    EXPECT_EQ(g_mcu_state.paints, paints);
+    // The 2D panel closed: it draws.
+    mcu.sim().window_visible[0] = false;
+    twin.Service(PANEL_SERVICE_PRE_DRAW);
+    EXPECT_EQ(g_mcu_state.paints, paints + 1);
+    EXPECT_EQ(g_mcu_state.McuPage, mcu_page::kTo);
+    twin.Service(PANEL_SERVICE_DISCONNECT);
+}
+}  // namespace

@@ -66,12 +66,14 @@ public:
         StopDirectEntry();
     }
 
-    // A click in the middle of the key's box, through the gauge's mouse table.
-    void Press(const char* name) {
+    // A click in the middle of the key's box, through the gauge's mouse table
+    // (the placed gauge's, or its twin's).
+    void Press(const char* name) { PressOn(id_, name); }
+    void PressOn(GaugeId id, const char* name) {
         const McuKeyBox* key = FindMcuKey(name);
         ASSERT_NE(key, nullptr) << name;
-        const MOUSERECT* rows = MouseTableOf(id_);
-        for (int r = 0; r + 1 < MouseRowCount(id_); ++r) {
+        const MOUSERECT* rows = MouseTableOf(id);
+        for (int r = 0; r + 1 < MouseRowCount(id); ++r) {
             const PIXBOX& b = rows[r].relative_box;
             if (rows[r].rect_type != MOUSE_RECT_PARENT || b.x != key->x || b.y != key->y || b.size_x != key->w ||
                 b.size_y != key->h)
