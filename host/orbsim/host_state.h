@@ -10,6 +10,7 @@
 #include "gps_block.h"
 #include "gauge_store.h"
 #include "key_event_log.h"
+#include "keyboard.h"
 #include "traffic_source.h"
 #include "xml_gauge.h"
 
@@ -67,6 +68,7 @@ struct HostState {
     TrafficSource traffic;                    // the outside traffic gauge orbsim plays
     GpsDataBlock gps;                         // the simulator GPS's route, as its data block
     std::vector<XmlGauge> xml_gauges;         // the panel's XML gauges, played beside the module's
+    PcKeyboard keyboard;                      // the PC keyboard and the module's hook on it
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;

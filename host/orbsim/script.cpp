@@ -9,6 +9,7 @@
 #include "script.h"
 
 #include "cdu_keys.h"
+#include "keyboard.h"
 #include "route_plot.h"
 
 #include "aircraft_fields.h"
@@ -107,6 +108,9 @@ constexpr CommandSpec kCommands[] = {
     {"profile", 1, 2, "profile FILE [PREDICTIONS]"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
+    {"keyboard", 1, -1, "keyboard TEXT (letters, digits, {ENTER} and other named keys)"},
+    {"keyboard-key", 1, 2, "keyboard-key NAME [press|down|up]"},
+    {"keyboard-focus", 1, 1, "keyboard-focus on|off"},
     {"traffic", 1, 8, "traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID"},
     {"gps", 1, 4, "gps clear|add IDENT LAT LON"},
 };
@@ -300,6 +304,29 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
     }
     if (name == "traffic" && !CheckTrafficCommand(w, error)) return false;
     if (name == "gps" && !CheckGpsCommand(w, error)) return false;
+    if (name == "keyboard") {
+        std::array<std::string, 128> keys;
+        int count = 0;
+        if (!SplitKeyboardText(Join(w, 1, w.size()), error, keys, count)) return false;
+    }
+    if (name == "keyboard-key") {
+        uint8_t scan = 0;
+        int vk = 0;
+        std::string canonical;
+        if (!KeyByName(w[1], scan, vk, canonical)) {
+            error = "no key '" + w[1] + "' (a letter, a digit, ENTER, NUMPADENTER, BACKSPACE, UP, DOWN, PGUP, PGDN, "
+                    "SHIFT, CTRL, ALT, SPACE or ESC)";
+            return false;
+        }
+        if (w.size() == 3 && w[2] != "press" && w[2] != "down" && w[2] != "up") {
+            error = "usage: keyboard-key NAME [press|down|up]";
+            return false;
+        }
+    }
+    if (name == "keyboard-focus" && w[1] != "on" && w[1] != "off") {
+        error = "usage: keyboard-focus on|off";
+        return false;
+    }
     if (name == "simconnect" && w[1] != "on" && w[1] != "off") {
         error = "simconnect on|off";
         return false;
@@ -593,6 +620,16 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "max_altitude") return value = Number(f.max_altitude), true;
         return Fail(error, "profile has rows, restricted, passed, worst_miss, worst_approach_miss and max_altitude");
     }
+    if (head == "keyboard" && p.size() == 2) {
+        const PcKeyboard& k = host.keyboard;
+        if (p[1] == "hook") return value = Number(k.hook != nullptr ? 1 : 0), true;
+        if (p[1] == "hooks_set") return value = Number(static_cast<double>(k.hooks_set)), true;
+        if (p[1] == "strokes") return value = Number(static_cast<double>(k.strokes)), true;
+        if (p[1] == "swallowed") return value = Number(static_cast<double>(k.swallowed)), true;
+        if (p[1] == "reached") return value = Text(k.reached), true;
+        if (p[1] == "focus") return value = Number(k.foreground ? 1 : 0), true;
+        return Fail(error, "keyboard has hook, hooks_set, strokes, swallowed, reached and focus");
+    }
     if (what == "slots.missing") return value = Number(static_cast<double>(host.missing_slot_calls)), true;
     if (what == "calculator.calls") return value = Number(static_cast<double>(host.calculator_calls)), true;
     return Fail(error, "unknown value '" + what + "'");
@@ -878,6 +915,36 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 if (!result.delivered) return bad("key " + std::string(key->name) + " of " + inst->name + " took no click");
                 RunFrame(host, false);
             }
+        } else if (cmd == "keyboard" || cmd == "keyboard-key") {
+            // A pilot at the PC keyboard: each key down for a drawn frame, then
+            // up for one, so that the MCU's poll sees every press.
+            if (!need_panel()) return bad(cmd + " needs a panel: no panel is loaded");
+            std::array<std::string, 128> keys;
+            int count = 0;
+            std::string mode = "press";
+            if (cmd == "keyboard") {
+                if (!SplitKeyboardText(Join(w, 1, w.size()), why, keys, count)) return bad(why);
+            } else {
+                keys[0] = w[1];
+                count = 1;
+                if (w.size() == 3) mode = w[2];
+            }
+            for (int i = 0; i < count; ++i) {
+                uint8_t scan = 0;
+                int vk = 0;
+                std::string canonical;
+                KeyByName(keys[static_cast<size_t>(i)], scan, vk, canonical);
+                if (mode != "up") {
+                    KeyDown(host, scan, vk, canonical);
+                    RunFrame(host, false);
+                }
+                if (mode != "down") {
+                    KeyUp(host, scan, vk);
+                    RunFrame(host, false);
+                }
+            }
+        } else if (cmd == "keyboard-focus") {
+            host.keyboard.foreground = w[1] == "on";
         } else if (cmd == "set") {
             std::string name = Join(w, 1, w.size() - 1);
             ParseNumber(w.back(), number);

@@ -4,8 +4,13 @@
 #include "cdu/cdu_mouse.h"
 
 #include "cdu/cdu_keys.h"
+#include "cdu/mcu_keys.h"
 
 void CduMouseAreas(GaugeId id, MouseAreaList& areas) {
+    if (id == GaugeId::MCU || id == GaugeId::MCU_LM) {
+        McuMouseAreas(id, areas);
+        return;
+    }
     for (int i = 0; i < CduKeyCount(id); ++i) {
         const CduKeyBox* key = CduKeyAt(id, i);
         areas.Button(key->x, key->y, key->w, key->h, CduKeyHandler(i), key->flags);

@@ -113,6 +113,7 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"plan/plan_procedures.cpp", "guidance/vnav.h", "an activated procedure restarts the restriction logic"},
     {"guidance/holds.cpp", "cdu/keypad.h", "the last hold deleted takes the CDU from the hold page to the legs"},
     {"guidance/vnav.cpp", "cdu/keypad.h", "reaching cruise or T/D turns the CDU's climb and cruise pages to the next phase's"},
+    {"frame/input_capture.cpp", "cdu/keypad.h", "typing on the PC keyboard sets the MCU page's entry and repaint flags"},
 };
 
 std::string Describe(const std::vector<std::string>& lines) {

@@ -2,6 +2,9 @@
 #include "support/module_reset.h"
 
 #include "cdu/keypad.h"
+#include "cdu/mcu_pages.h"
+#include "frame/input_capture.h"
+#include "guidance/runway_tuning.h"
 #include "display/display_state.h"
 #include "display/traffic.h"
 #include "cdu/plan_data_texts.h"
@@ -41,7 +44,12 @@ std::string ResetModuleState() {
     g_smiths = {};
     g_gns = {};
     g_mcu = {};
+    // A keyboard a test left taken is given back before its state goes.
+    if (g_input_capture.hook_set || g_input_capture.keyboard != nullptr) StopDirectEntry();
+    g_input_capture = {};
     g_mcu_page = {};
+    ResetMcuState();
+    g_runway_tuning = {};
     g_lnav = {};
     g_vnav = {};
     g_holds = {};
