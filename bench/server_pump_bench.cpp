@@ -18,8 +18,8 @@
 
 namespace {
 struct Named {
-    std::string name;
-    double value = 0;
+    std::string name;                   // the local variable's name
+    double value = 0;                   // its value
 };
 std::vector<Named> g_named_table;  // the simulator's side, for this benchmark only
 
