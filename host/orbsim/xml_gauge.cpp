@@ -30,8 +30,8 @@ namespace orbsim {
 namespace {
 // Key events a gauge may name; any other is written as its number (K:0x10337).
 struct KeyName {
-    const char* name;
-    double number;
+    const char* name;                   // as a gauge writes it after ">K:"
+    double number;                      // the simulator's event number
 };
 constexpr KeyName kKeyNames[] = {
     {"AP_NAV1_HOLD", 0x100C1}, {"AP_MASTER", 0x10044}, {"AP_HDG_HOLD_ON", 0x1010F},
@@ -39,8 +39,8 @@ constexpr KeyName kKeyNames[] = {
 };
 
 struct Word {
-    std::string_view text;
-    int line;
+    std::string_view text;              // the word, a "(...)" whole
+    int line;                           // of the gauge file
 };
 
 // Words parted by blanks; a "(...)" is one word whatever it holds.

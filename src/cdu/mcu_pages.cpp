@@ -57,7 +57,6 @@ constexpr int kTextSize = 160;                   // a line with the longest iden
 constexpr double kNearOriginNmMcu = 7;               // within it the departure airport is the one shown
 constexpr double kMinimumTimeSpeed = 1;              // knots: below it no time is worked out
 constexpr int kAptRunwaysPerPage = kMcuLines;
-constexpr int kActiveRunwayLines = 4;                // two departure, two arrival runways
 
 // One frame's drawing on the MCU screen.
 class McuScreen {

@@ -47,7 +47,7 @@ enum class Request : int {
 
 struct RequestRow {
     const char* name;                   // the local variable an XML gauge sets
-    Request action;
+    Request action;                     // what it does
     uint32_t key_event;                 // the simulator key event that does the same; 0 none
 };
 
@@ -70,8 +70,8 @@ constexpr std::array<RequestRow, 13> kRequests = {{
 
 // The exported module variables, in the order they are registered.
 struct ExportRow {
-    const char* name;
-    VAR_TYPE type;
+    const char* name;                   // the name other gauges look up; null ends the table
+    VAR_TYPE type;                      // what the pointer points at
 };
 constexpr std::array<ExportRow, 15> kExports = {{
     {"orb_act_wpt_pos", TYPE_PUINT32}, {"orb_act_wpt_dist", TYPE_PFLOAT64}, {"orb_fpln_wpt_cnt", TYPE_PUINT32},
@@ -123,7 +123,7 @@ void SetAllSwitches(int MapSwitches::*field, int* p1000_copy, const char* variab
 
 // The bridge modes, each family's mode for it; -1 leaves that family alone.
 struct BridgeModeRow {
-    int b737, efs50, du1000, proline4, md80, md11;
+    int b737, efs50, du1000, proline4, md80, md11;  // each family's mode number; -1 leaves it
 };
 constexpr std::array<BridgeModeRow, 7> kBridgeModes = {{
     {1, 1, 0, 0, 0, -1},   // compass

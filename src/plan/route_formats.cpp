@@ -114,9 +114,9 @@ bool AddPoint(RoutePlan& plan, RoutePoint point, RouteError& error, int line) {
 
 // Line numbers of offsets met in increasing order, counted once over the text.
 struct LineCounter {
-    std::string_view text;
-    size_t pos = 0;
-    int line = 1;
+    std::string_view text;                   // the whole input
+    size_t pos = 0;                          // offset counted up to
+    int line = 1;                            // line of `pos`, from 1
     int At(size_t offset) {
         if (offset < pos) pos = 0, line = 1;
         for (; pos < offset && pos < text.size(); ++pos) line += text[pos] == '\n';

@@ -39,8 +39,8 @@ constexpr ID32 kSetZuluMinutes = 0x1021C;
 // [SECTION] The block
 // The block's rows as the module reads them; false when it has no route.
 struct GpsBlockView {
-    const unsigned char* waypoints = nullptr;
-    uint32_t count = 0;
+    const unsigned char* waypoints = nullptr;  // the first 64-byte record
+    uint32_t count = 0;                        // records in the array
 };
 
 bool ViewGpsBlock(GpsBlockView& view) {

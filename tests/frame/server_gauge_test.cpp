@@ -323,3 +323,18 @@ TEST_F(Server, HeadingGoesOutThreeTimesASecondAndTheBugIsPutBack) {
     NamedVariablePump();
     EXPECT_EQ(sim().CountEvents(0x101FA), 1);
 }
+
+TEST(ServerAbsent, NoGaugeNoVariables) {
+    // A panel without SERVER: the module's switches still work, but nothing
+    // is written under a name and no key event reaches the module.
+    ResetModuleState();
+    FakeSimulatorScope scope;
+    SetLnavVariable(1);
+    SetVnavVariable(1);
+    ToggleMapAirports();
+    EXPECT_EQ(g_display.switches[0].airports, 1);
+    NamedVariablePump();
+    EXPECT_TRUE(scope.sim.named_ids.empty());
+    ServerKeyEvent(0x10339, 0, nullptr);
+    EXPECT_EQ(g_display.switches[0].traffic, 0);
+}
