@@ -6,7 +6,9 @@ the aircraft where `./orb live` puts it (the folder's live.orbsim), drives
 headless Chromium through ChromeDriver (the W3C WebDriver protocol, spoken
 here with the standard library) to load the page, clicks the CDU's keys on
 the page to enter the company route KSEAKOLM and EXEC it, clicks LNAV, and
-checks through orbsim's own state that the route is active and LNAV engaged.
+checks through orbsim's own state that the route is active and LNAV engaged;
+types on the page (the PC keyboard's strokes) and flies the take-off roll from
+the side panel.
 Prints the frames a second that reached the page, and writes a screenshot.
 
     live_panel_test.py ORBSIM SIM_DIR OUT_DIR
@@ -187,7 +189,19 @@ def main():
         if value("layer.LNAV.1.hidden") != "0":
             fail("LNAV's lamp is not lit")
 
-        # 6. The side panel flies it: 250 kt and the speed hold, set on the page.
+        # 6. The PC keyboard reaches orbsim's keyboard as a pilot's strokes.
+        strokes = float(value("keyboard.strokes"))
+        browser.call("POST", "/actions", {"actions": [{"type": "key", "id": "keys", "actions": [
+            {"type": "keyDown", "value": "k"}, {"type": "keyUp", "value": "k"},
+            {"type": "keyDown", "value": "\ue007"}, {"type": "keyUp", "value": "\ue007"}]}]})
+        for _ in range(200):
+            if browser.script("return window.orbPending;") == 0:
+                break
+            time.sleep(0.05)
+        if float(value("keyboard.strokes")) != strokes + 2:
+            fail("the page's key strokes did not reach the keyboard: %s after %s" % (value("keyboard.strokes"), strokes))
+
+        # 7. The side panel flies it: 250 kt and the speed hold, set on the page.
         speed = browser.element('input[data-field="ap_spd"]')
         speed_ref = next(iter(speed.values()))
         browser.call("POST", "/element/%s/clear" % speed_ref, {})
@@ -205,14 +219,14 @@ def main():
         if float(value("aircraft.ias")) < 20:
             fail("the aircraft did not start its take-off roll: %s kt" % value("aircraft.ias"))
 
-        # 7. The pictures decode to the gauges' own sizes in the browser.
+        # 8. The pictures decode to the gauges' own sizes in the browser.
         nd = browser.element('img[data-gauge="HW_B737_ND#1"]')
         decoded = browser.script("const i = arguments[0]; return [i.naturalWidth, i.naturalHeight, i.gauge.width,"
                                  " i.gauge.height];", nd)
         if decoded[0] != decoded[2] or decoded[1] != decoded[3] or decoded[0] == 0:
             fail("the ND's picture did not decode to its size: %s" % decoded)
 
-        # 8. Bad requests are refused and orbsim keeps flying.
+        # 9. Bad requests are refused and orbsim keeps flying.
         for body in (b"run 600", b"click \x01 1 2", b"expect aircraft.alt > 0", b"shot HW_B737_ND x.png",
                      bytes(range(256)) * 20, b"click HW_B737_ND#1 1e99 5"):
             status, answer = http("POST", page_url + "/command", body)
@@ -223,7 +237,7 @@ def main():
         if sim.poll() is not None:
             fail("orbsim stopped on a bad request")
 
-        # 9. Frames reaching the page, and a picture of it.
+        # 10. Frames reaching the page, and a picture of it.
         first = browser.script("return window.orbFrames;")
         time.sleep(4.0)
         rate = (browser.script("return window.orbFrames;") - first) / 4.0
