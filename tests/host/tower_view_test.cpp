@@ -7,6 +7,7 @@
 #include "frame/data_text.h"
 #include "frame/diagnostic_log.h"
 #include "frame/fsuipc_client.h"
+#include "frame/sim_access.h"
 #include "navdata/airport_extras.h"
 #include "../../platform/host_link.h"
 #include "orbsim/fsuipc_server.h"
