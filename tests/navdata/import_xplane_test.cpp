@@ -501,9 +501,11 @@ TEST_F(ImportXplane, RealDataExtrasForARegion) {
         GTEST_SKIP() << "no X-Plane data at " << real << "; the real-data import is not checked";
     Result r = Run(real.string() + " " + (base_ / "dst").string() + " --quiet --region 47.0,-123.0,47.8,-121.5");
     ASSERT_EQ(r.code, 0) << r.output;
-    // apt.dat's KSEA: elevation 433, row "14 47.45572596 -122.30139282 242 0 ATC Tower".
+    // apt.dat's KSEA: elevation 433, "1101 16R right" in its flows, and row
+    // "14 47.45572596 -122.30139282 242 0 ATC Tower".
     std::string info = Out("apt_additional_info.txt");
-    EXPECT_NE(info.find("[KSEA]\nTowerViewLat=47.45572596\nTowerViewLon=-122.30139282\nTowerViewAlt=675\n"),
+    EXPECT_NE(info.find("[KSEA]\nRWY16R=RIGHTPATTERN\nTowerViewLat=47.45572596\nTowerViewLon=-122.30139282\n"
+                        "TowerViewAlt=675\n\n"),
               std::string::npos);
     // KBFI's "1101 13R right".
     EXPECT_NE(info.find("[KBFI]\nRWY13R=RIGHTPATTERN\n"), std::string::npos);
