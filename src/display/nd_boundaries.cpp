@@ -10,6 +10,7 @@
 #include "frame/data_text.h"
 #include "navdata/atc_boundaries.h"
 
+#include <array>
 #include <cmath>
 
 namespace {
@@ -38,19 +39,17 @@ void DrawAtcBoundariesLayer(gdi::Graphics& g, const MapView& view) {
         GreatCircle(g_sim.latitude, g_sim.longitude, row.Points[1].Latitude, row.Points[1].Longitude, distance,
                     bearing);
         if (!std::isfinite(distance) || !AtcBoundaryInReach(row, distance)) continue;
-        // 2. Each point joined to the one before; a closed area repeats its first.
+        // 2. Each point joined to the one before, in one polyline; a closed
+        //    area repeats its first point.
         int count = row.PointCount > kAtcBoundaryPoints ? kAtcBoundaryPoints : row.PointCount;
-        double px = 0, py = 0;
+        static std::array<GpPoint, kAtcBoundaryPoints> points;  // 6.4 KB: kept off the stack
         for (int p = 1; p <= count; ++p) {
             double x = 0, y = 0;
             ProjectToMap(view, row.Points[static_cast<size_t>(p)].Latitude,
                          row.Points[static_cast<size_t>(p)].Longitude, x, y);
-            if (p > 1)
-                g.DrawLine(pen, static_cast<float>(px), static_cast<float>(py), static_cast<float>(x),
-                           static_cast<float>(y));
-            px = x;
-            py = y;
+            points[static_cast<size_t>(p - 1)] = {static_cast<INT>(std::lround(x)), static_cast<INT>(std::lround(y))};
         }
+        if (count > 1) g.DrawLines(pen, points.data(), count);
         // 3. The name, its left edge 15 pixels left of the centre.
         double cx = 0, cy = 0;
         ProjectToMap(view, row.Centre.Latitude, row.Centre.Longitude, cx, cy);
