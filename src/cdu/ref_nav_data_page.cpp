@@ -13,6 +13,7 @@
 #include "frame/data_text.h"
 #include "frame/sim_state.h"
 #include "guidance/geodesy.h"
+#include "navdata/airport_extras.h"
 #include "plan/plan_tables.h"
 
 #include <cstdio>
@@ -80,6 +81,18 @@ void EnterRunway(std::string_view text) {
     SmithsCduState& s = g_smiths;
     std::string_view runway = text;
     if (runway.size() > 2 && runway.substr(0, 2) == "RW") runway.remove_prefix(2);
+    // The runway length list answers first; without it the airport's own data does.
+    RunwayLengthResult listed = FindRunwayLength(TextOf(s.RefNavFix.Ident), runway);
+    if (listed.outcome == RunwayLengthOutcome::NotFound) {
+        SetCduMessage(cdu_message::kNotFoundInDatabase);
+        return;
+    }
+    if (listed.outcome == RunwayLengthOutcome::Found) {
+        SetText(s.RefNavRunway, TextOf(listed.RunwayNameText));
+        s.RefNavRunwayFt = ReadInteger(TextOf(listed.RunwayLengthText));
+        ClearScratchpad();
+        return;
+    }
     const RunwayRecord* found = runway.empty() || runway.size() >= s.RefNavRunway.size()
                                     ? nullptr
                                     : FindRunway(TextOf(s.RefNavFix.Ident), runway);

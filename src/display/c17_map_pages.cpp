@@ -372,6 +372,8 @@ void DrawC17Map(const DisplaySurface& surface, int page) {
 
     // 2. The route, with the runways below PLAN under it.
     const MapSwitches& toggles = C17Switches();
+    DrawAtcBoundariesLayer(g, view);
+    DrawAirportDiagramLayer(g, view);
     if (below_plan) DrawRunwaysLayer(g, view);
     DrawRouteLayer(g, view);
     // 3. The fixes of the FIX INFO page, then the localiser's course below PLAN.

@@ -391,7 +391,9 @@ void DrawB737Nd(const DisplaySurface& surface) {
 
         bool below_plan = mode < kB737ModePlan;
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::B737)];
-        // 1, 2. ATC boundaries and the airport diagram come with the airport extras.
+        // 1, 2. ATC boundaries and the airport diagram (each gates itself).
+        DrawAtcBoundariesLayer(g, view);
+        DrawAirportDiagramLayer(g, view);
         // 3. The selected runways under the route, then the route.
         DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);

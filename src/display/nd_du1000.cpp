@@ -300,6 +300,8 @@ void DrawDu1000Ehsi(const DisplaySurface& surface) {
         //    localiser's course line.
         const MapSwitches& toggles = Toggles();
         RefreshProximitySubsets();
+        DrawAtcBoundariesLayer(g, view);
+        DrawAirportDiagramLayer(g, view);
         DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         DrawFixCirclesLayer(g, view);

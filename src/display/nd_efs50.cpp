@@ -376,6 +376,8 @@ void DrawEfs50Ehsi(const DisplaySurface& surface) {
 
         // 3. Runways and the route, the fixes' circles, the ILS course line.
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::EFS50)];
+        DrawAtcBoundariesLayer(g, view);
+        DrawAirportDiagramLayer(g, view);
         DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         DrawFixCirclesLayer(g, view);

@@ -99,6 +99,14 @@ void DrawAltitudeRangeArc(gdi::Graphics& g, const MapView& view);
 // within 100 nm of the centre): extended centreline and side lines
 // (nd_runways.cpp).
 void DrawRunwaysLayer(gdi::Graphics& g, const MapView& view);
+// The ATC boundaries (nd_boundaries.cpp): with the boundaries switch on,
+// below PLAN and not at DrawInstance 3; reads the table at its first call.
+void DrawAtcBoundariesLayer(gdi::Graphics& g, const MapView& view);
+// The airport diagram (nd_airport_diagram.cpp): the known airports' runways
+// to scale and the parking position, below PLAN at range 2.5 and less (the
+// parking mark at 0.5 and less).
+void DrawAirportDiagramLayer(gdi::Graphics& g, const MapView& view);
+bool AirportDiagramLoaded();
 // The localiser's course through its station, with a localiser tuned,
 // received and with a course (nd_runways.cpp).
 void DrawIlsCourseLine(gdi::Graphics& g, const MapView& view);

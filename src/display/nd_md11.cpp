@@ -302,9 +302,11 @@ void DrawMd11Nd(const DisplaySurface& surface) {
             if (toggles.airports == 1 && view.range <= kMd11AirportMaxRange) DrawAirportsLayer(g, view, style);
             if (toggles.intersections == 1 && fixes_allowed) DrawIntersectionsLayer(g, view, style);
         } else {
-            // 3. MAP: the airport diagram at range 2.5 and below comes with
-            //    the airport extras; then the runways, the route, the fixes'
-            //    circles and the localiser's course.
+            // 3. MAP: the ATC boundaries and the airport diagram at range 2.5
+            //    and below; then the runways, the route, the fixes' circles
+            //    and the localiser's course.
+            DrawAtcBoundariesLayer(g, view);
+            DrawAirportDiagramLayer(g, view);
             DrawRunwaysLayer(g, view);
             DrawRouteLayer(g, view);
             DrawFixCirclesLayer(g, view);

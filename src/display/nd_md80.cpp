@@ -296,6 +296,8 @@ void DrawMd80Ehsi(const DisplaySurface& surface) {
         style.fix_colour = kMapBlue;
         style.airport_colour = palette::kCyan;
         RefreshProximitySubsets();
+        DrawAtcBoundariesLayer(g, view);
+        DrawAirportDiagramLayer(g, view);
         DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         DrawFixCirclesLayer(g, view);

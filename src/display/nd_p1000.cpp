@@ -284,7 +284,10 @@ void DrawP1000Mfd(const DisplaySurface& surface) {
     disc.AddEllipse(E(view.CentreX) - r, E(view.CentreY) - r, 2 * r, 2 * r);
     g.SetClip(disc);
 
-    // 2. The route, with the selected runways below PLAN.
+    // 2. The ATC boundaries and the airport diagram (each gates itself), the
+    //    route, with the selected runways below PLAN.
+    DrawAtcBoundariesLayer(g, view);
+    DrawAirportDiagramLayer(g, view);
     DrawRouteLayer(g, view);
     if (below_plan) DrawRunwaysLayer(g, view);
     // 3. The fixes' circles; the localiser's course below PLAN.

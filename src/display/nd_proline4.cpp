@@ -400,6 +400,8 @@ void DrawProline4Mfd(const DisplaySurface& surface) {
         // 3. The route with the runways, the fixes' circles, the ILS course line.
         const MapSwitches& toggles = g_display.switches[static_cast<size_t>(MapFamily::PROLINE4)];
         RefreshProximitySubsets();
+        DrawAtcBoundariesLayer(g, view);
+        DrawAirportDiagramLayer(g, view);
         DrawRunwaysLayer(g, view);
         DrawRouteLayer(g, view);
         DrawFixCirclesLayer(g, view);

@@ -346,7 +346,8 @@ TEST(NavRefPages, RefNavDataLooksUpEachKindAndRefusesTheWrongOne) {
     ExpectTaken(cdu, "KSEA", "LSK2L");
     cdu.Frame();
     EXPECT_NE(RowWith(cdu, "433 FT"), "");
-    ExpectRefused(cdu, "99X", "LSK2L", "NOT IN DATABASE");
+    // The runway length list (orb_apts.txt) answers for the airport's runways.
+    ExpectRefused(cdu, "99X", "LSK2L", "NOT FOUND IN DATABASE");
     ExpectTaken(cdu, "16L", "LSK2L");
     cdu.Frame();
     // 11893 ft x 0.3048 = 3624.99 m: 3624 whole metres.

@@ -76,6 +76,9 @@ pieces fuzz_nav_bulk_lines "$navdata/apts.txt" "$navdata/navs.txt" "$navdata/int
 pieces fuzz_nav_files "$navdata"/*.txt
 whole fuzz_nav_files $routes
 whole fuzz_route_lines $routes
+pieces fuzz_airport_info "$navdata/apt_additional_info.txt" "$sim"/orb/Aircraft/*parking*.txt
+pieces fuzz_runway_lengths "$navdata/orb_apts.txt"
+pieces fuzz_atc_boundaries "$navdata/atc_bdry.txt"
 whole fuzz_procedure_files "$navdata/sids.txt" "$navdata/sids_user.txt" "$navdata/stars.txt" "$navdata/apps.txt"
 # Simulator plans of both forms; other tools' plans behind the byte of their reader
 # (0 .rte, 1 .pln XML, 2 .pln text, 3 .fms 3, 4 .fms 11, 5 .fgfp).

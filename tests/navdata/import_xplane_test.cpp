@@ -403,3 +403,120 @@ TEST_F(ImportXplane, RealDataForARegion) {
         }
     }
 }
+
+namespace {
+std::string ReadText(const fs::path& path) {
+    std::ifstream in(path);
+    std::stringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+// The runway length column "NAME_FEET" of a line, by name; -1 without it.
+int LengthOf(const std::string& line, const std::string& runway) {
+    for (const std::string& w : Words(line)) {
+        std::vector<std::string> parts = Split(w, '_');
+        if (parts.size() >= 2 && parts[0] == runway) return std::atoi(parts[1].c_str());
+    }
+    return -1;
+}
+std::string LineOf(const std::string& text, const std::string& ident) {
+    for (const std::string& l : Split(text, '\n'))
+        if (!l.empty() && Words(l)[0] == ident) return l;
+    return {};
+}
+}  // namespace
+
+TEST_F(ImportXplane, AirportExtrasFromTowerStartAndPatternRows) {
+    std::string apt =
+        "I\n1000 Version - data cycle 2013.10\n\n"
+        "1      433 1 0 KSEA Seattle\n"
+        "100 45.72 1 0 0.25 1 3 0 16C 47.46381100 -122.31098800 0.00 0.00 3 0 0 2 "
+        "34C 47.43797200 -122.31121300 0.00 0.00 3 1 0 2\n"
+        "14 47.45572596 -122.30139282 242 0 ATC Tower\n"
+        "14 1 1 1 0 A second viewpoint\n"
+        "15 47.448 -122.304 300.70 Exit North Ramp\n"
+        "1300 47.44 -122.30 45.40 misc jets X1\n"
+        "1300 47.442 -122.302 360.00 gate jets A1\n"
+        "1101 16C right\n1101 16C right\n1101 34C left\n"
+        "1      100 0 0 KXXX Little Field\n";
+    // Eleven runways: 22 ends, two more than a line holds.
+    for (int i = 0; i < 11; ++i)
+        apt += "100 30 1 0 0.25 0 0 0 A" + std::to_string(i) + " 47.0 -122.0 0 0 1 0 0 0 B" + std::to_string(i) +
+               " 47.0 -121.99 0 0 1 0 0 0\n";
+    apt += "15 47.0 -122.0 90 Ramp\n99\n";
+    Write("apt.dat", apt);
+    Result r = Import();
+    ASSERT_EQ(r.code, 0) << r.output;
+
+    // The section: right circuits once each, the tower at elevation + height.
+    std::string info = Out("apt_additional_info.txt");
+    EXPECT_NE(info.find("[KSEA]\nRWY16C=RIGHTPATTERN\nTowerViewLat=47.45572596\nTowerViewLon=-122.30139282\n"
+                        "TowerViewAlt=675\n\n"),
+              std::string::npos)
+        << info;
+    EXPECT_EQ(info.find("RWY34C"), std::string::npos) << "a left circuit is the default, not written";
+    EXPECT_EQ(info.find("[KXXX]"), std::string::npos) << "an airport without extras has no section";
+
+    // Parking: the first gate, its 360 as 0; else the first ramp start.
+    std::string parking = ReadText(base_ / "dst" / "orb" / "Aircraft" / "orb_parking.txt");
+    EXPECT_EQ(LineOf(parking, "KSEA"), "KSEA 47.44200000 -122.30200000 0.00");
+    EXPECT_EQ(LineOf(parking, "KXXX"), "KXXX 47.00000000 -122.00000000 90.00");
+
+    // Runway lengths: the apts.txt lengths, ends past twenty on a second line.
+    std::string lengths = Out("orb_apts.txt");
+    std::string ksea = LineOf(lengths, "KSEA");
+    // 16C to 34C on a sphere of 3,440.065 nm: 9,427 ft.
+    EXPECT_NEAR(LengthOf(ksea, "16C"), 9427, 20);
+    EXPECT_EQ(LengthOf(ksea, "34C"), LengthOf(ksea, "16C"));
+    EXPECT_EQ(LengthOf(LineOf(Out("apts.txt"), "KSEA"), "16C"), LengthOf(ksea, "16C"));
+    int kxxx_lines = 0, kxxx_ends = 0;
+    for (const std::string& l : Split(lengths, '\n')) {
+        if (l.empty() || Words(l)[0] != "KXXX") continue;
+        ++kxxx_lines;
+        kxxx_ends += static_cast<int>(Words(l).size()) - 5;
+    }
+    EXPECT_EQ(kxxx_lines, 2);
+    EXPECT_EQ(kxxx_ends, 22);
+    EXPECT_NE(r.output.find("1 tower views, 1 right-hand circuits, 2 parking positions"), std::string::npos) << r.output;
+}
+
+TEST_F(ImportXplane, BadExtrasRowsNameTheirLine) {
+    Write("apt.dat", std::string(kApt).replace(std::string(kApt).find("1      100"), 0, "1101 16C sideways\n"));
+    Result r = Import();
+    EXPECT_NE(r.code, 0);
+    EXPECT_NE(r.output.find("apt.dat:6: traffic pattern 'sideways' is neither left nor right"), std::string::npos)
+        << r.output;
+    Write("apt.dat", std::string(kApt).replace(std::string(kApt).find("1      100"), 0, "14 47.4 -122.3 tall 0 T\n"));
+    r = Import();
+    EXPECT_NE(r.output.find("apt.dat:6: bad tower height 'tall'"), std::string::npos) << r.output;
+    Write("apt.dat", std::string(kApt).replace(std::string(kApt).find("1      100"), 0, "1300 47.4 -122.3\n"));
+    r = Import();
+    EXPECT_NE(r.output.find("apt.dat:6: start row has 3 columns"), std::string::npos) << r.output;
+    EXPECT_FALSE(fs::exists(base_ / "dst" / "orb" / "Aircraft" / "orb_parking.txt"));
+}
+
+TEST_F(ImportXplane, RealDataExtrasForARegion) {
+    fs::path real = fs::path(ORB_SHARED_DATA_DIR) / "xplane";
+    if (!fs::exists(real / "apt.dat.gz") && !fs::exists(real / "apt.dat"))
+        GTEST_SKIP() << "no X-Plane data at " << real << "; the real-data import is not checked";
+    Result r = Run(real.string() + " " + (base_ / "dst").string() + " --quiet --region 47.0,-123.0,47.8,-121.5");
+    ASSERT_EQ(r.code, 0) << r.output;
+    // apt.dat's KSEA: elevation 433, "1101 16R right" in its flows, and row
+    // "14 47.45572596 -122.30139282 242 0 ATC Tower".
+    std::string info = Out("apt_additional_info.txt");
+    EXPECT_NE(info.find("[KSEA]\nRWY16R=RIGHTPATTERN\nTowerViewLat=47.45572596\nTowerViewLon=-122.30139282\n"
+                        "TowerViewAlt=675\n\n"),
+              std::string::npos);
+    // KBFI's "1101 13R right".
+    EXPECT_NE(info.find("[KBFI]\nRWY13R=RIGHTPATTERN\n"), std::string::npos);
+    // KSEA's first gate: "1300 47.44221033 -122.30213657 45.40 gate jets A1".
+    std::string parking = ReadText(base_ / "dst" / "orb" / "Aircraft" / "orb_parking.txt");
+    EXPECT_EQ(LineOf(parking, "KSEA"), "KSEA 47.44221033 -122.30213657 45.40");
+    // 16L from 47.46379733 -122.30775222 to 47.43117533 -122.30804122: 11,901 ft.
+    std::string lengths = Out("orb_apts.txt");
+    std::string ksea = LineOf(lengths, "KSEA");
+    EXPECT_EQ(Words(ksea).size(), 5u + 6u);
+    EXPECT_NEAR(LengthOf(ksea, "16L"), 11901, 20);
+    EXPECT_EQ(LengthOf(ksea, "34R"), LengthOf(ksea, "16L"));
+    EXPECT_EQ(LengthOf(LineOf(Out("apts.txt"), "KSEA"), "16L"), LengthOf(ksea, "16L"));
+}

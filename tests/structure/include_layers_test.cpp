@@ -85,6 +85,7 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"navdata/airport_detail.cpp", "plan/plan_tables.h", "setting an airport writes the plan's airport rows"},
     {"navdata/airport_detail.cpp", "guidance/vnav.h", "setting the destination moves VNAV's target position"},
     {"navdata/airways.cpp", "plan/plan_tables.h", "an airway is fetched from the plan's reference fix"},
+    {"navdata/airport_extras.cpp", "plan/plan_tables.h", "the tower view is the destination's, the plan's last row"},
     {"navdata/procedure_lists.cpp", "plan/plan_tables.h", "a procedure's legs are chosen by the plan's selections"},
     {"plan/plan_execute.cpp", "cdu/keypad.h", "EXEC and ERASE close the CDU's pending entries and modes"},
     {"plan/plan_execute.cpp", "guidance/holds.h", "EXEC drops the holds a new plan no longer has"},

@@ -188,6 +188,8 @@ constexpr NumberColumn kVhfFrequency{"frequency", 10800, 11800, true, "whole 10 
 constexpr NumberColumn kDirection{"variation or course", -720, 720, false, "degrees within -720..720"};
 constexpr NumberColumn kElevation{"elevation", -2000, 30000, false, "feet within -2000..30000"};
 constexpr NumberColumn kDisplacedThreshold{"displaced threshold", -10000, 10000, false, "metres within -10000..10000"};
+constexpr NumberColumn kTowerHeight{"tower height", 0, 5000, false, "feet within 0..5000"};
+constexpr NumberColumn kHeading{"heading", -360, 720, false, "degrees within -360..720"};
 
 // A column's text for a message: printable, and short enough for one line.
 std::string Shown(std::string_view text) {
@@ -621,10 +623,24 @@ struct RunwayEnd {
     int length_ft = 0;
 };
 
+// A place to stand at an airport: a start location (row 1300) or an older
+// ramp start (row 15).
+struct StartPlace {
+    double lat = 0, lon = 0;                 // degrees
+    double heading = 0;                      // true degrees
+    bool gate = false;                       // a 1300 row of type "gate"
+    bool newer = false;                      // a 1300 row (else 15)
+};
+
 struct Airport {
     std::string ident, name;
     int elevation = 0;
     std::vector<RunwayEnd> ends;
+    bool has_tower = false;                  // a row 14 was seen
+    double tower_lat = 0, tower_lon = 0;     // degrees
+    double tower_height_ft = 0;              // above the airport's elevation
+    std::vector<StartPlace> starts;          // rows 1300 and 15, in file order
+    std::vector<std::string> right_circuits; // runways whose row 1101 says "right"
     double longest_ft = 0;
     long order = 0;                          // place in apt.dat
 };
@@ -673,7 +689,59 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
             if (current.name.empty()) current.name = current.ident;
             continue;
         }
-        if (w[0] != "100" || !in_land_airport) continue;
+        if (!in_land_airport) continue;
+        // Row 14: the tower viewpoint, its height in feet above the airport.
+        if (w[0] == "14") {
+            if (w.size() < 4) {
+                error = in.Where() + ": tower row has " + std::to_string(w.size()) + " columns, at least 4 expected";
+                return false;
+            }
+            double lat = 0, lon = 0, height = 0;
+            if (!ReadNumber(in, w, 1, kLatitude, lat, error) || !ReadNumber(in, w, 2, kLongitude, lon, error) ||
+                !ReadNumber(in, w, 3, kTowerHeight, height, error))
+                return false;
+            if (!current.has_tower) {
+                current.has_tower = true;
+                current.tower_lat = lat, current.tower_lon = lon, current.tower_height_ft = height;
+            }
+            continue;
+        }
+        // Rows 15 and 1300: places to start from.
+        if (w[0] == "15" || w[0] == "1300") {
+            bool newer = w[0] == "1300";
+            if (w.size() < 4 || (newer && w.size() < 5)) {
+                error = in.Where() + ": start row has " + std::to_string(w.size()) + " columns, at least " +
+                        (newer ? "5" : "4") + " expected";
+                return false;
+            }
+            StartPlace place;
+            if (!ReadNumber(in, w, 1, kLatitude, place.lat, error) || !ReadNumber(in, w, 2, kLongitude, place.lon, error) ||
+                !ReadNumber(in, w, 3, kHeading, place.heading, error))
+                return false;
+            place.heading = FoldDegrees(place.heading);
+            place.newer = newer;
+            place.gate = newer && w[4] == "gate";
+            current.starts.push_back(place);
+            continue;
+        }
+        // Row 1101: a runway's traffic pattern, "left" or "right".
+        if (w[0] == "1101") {
+            if (w.size() < 3) {
+                error = in.Where() + ": traffic pattern row has " + std::to_string(w.size()) + " columns, 3 expected";
+                return false;
+            }
+            if (!CheckText(in, w[1], "runway designator", TextUse::RunwayField, error)) return false;
+            if (w[2] != "left" && w[2] != "right") {
+                error = in.Where() + ": traffic pattern '" + Shown(w[2]) + "' is neither left nor right";
+                return false;
+            }
+            std::string runway(w[1]);
+            if (w[2] == "right" &&
+                std::find(current.right_circuits.begin(), current.right_circuits.end(), runway) == current.right_circuits.end())
+                current.right_circuits.push_back(runway);
+            continue;
+        }
+        if (w[0] != "100") continue;
         if (w.size() < 26) {
             error = in.Where() + ": runway row has " + std::to_string(w.size()) + " columns, 26 expected";
             return false;
@@ -734,7 +802,9 @@ bool ReadAptDat(const std::string& path, const ImportOptions& options, std::vect
 constexpr char kNewSuffix[] = ".orbnav-new";     // a file being written
 constexpr char kOldSuffix[] = ".orbnav-old";     // the file it replaces, until the commit ends
 constexpr char kJournalName[] = "orbnav-import.journal";
-constexpr const char* kOutputNames[] = {"apts.txt", "navs.txt", "ints.txt", "awys.txt"};
+constexpr char kParkingFileName[] = "orb_parking.txt";   // in orb/Aircraft/, named by ParkingFile
+constexpr const char* kOutputNames[] = {"apts.txt", "navs.txt", "ints.txt", "awys.txt", "orb_apts.txt",
+                                        "apt_additional_info.txt", kParkingFileName};
 // Tests set this to a number of renames after which the commit stops dead,
 // as a killed process would.
 constexpr char kCrashAfterRenamesVariable[] = "ORBNAV_TEST_CRASH_AFTER_RENAMES";
@@ -1060,7 +1130,11 @@ bool ImportXplane(const ImportOptions& options, ImportSummary& summary, std::str
     summary = ImportSummary{};
     // An import killed in its commit is undone first, whatever this one does.
     std::string folder = options.destination + "/orb/navdata";
+    std::string aircraft_folder = options.destination + "/orb/Aircraft";
     if (!RecoverInterruptedCommit(folder, summary.interrupted_import_undone, error)) return false;
+    bool aircraft_undone = false;
+    if (!RecoverInterruptedCommit(aircraft_folder, aircraft_undone, error)) return false;
+    summary.interrupted_import_undone = summary.interrupted_import_undone || aircraft_undone;
     std::string nav_path = FindInput(options.source, "nav.dat");
     std::string fix_path = FindInput(options.source, "fix.dat");
     std::string awy_path = FindInput(options.source, "awy.dat");
@@ -1172,5 +1246,64 @@ bool ImportXplane(const ImportOptions& options, ImportSummary& summary, std::str
             }
         }
     }
-    return out.Commit(error);
+    // orb_apts.txt: each runway end's length, twenty ends a line; an airport
+    // with more goes on in further lines of its own (every line is read).
+    FILE* lengths = out.Open("orb_apts.txt", error);
+    if (!lengths) return false;
+    for (const Airport& a : airports) {
+        for (size_t first = 0; first < a.ends.size(); first += kMaxRunwayColumns) {
+            std::fprintf(lengths, "%s %s %d %.6f %.6f", a.ident.c_str(), a.name.c_str(), a.elevation,
+                         a.ends[first].end_lat, a.ends[first].end_lon);
+            for (size_t i = first; i < a.ends.size() && i < first + kMaxRunwayColumns; ++i)
+                std::fprintf(lengths, " %s_%d", a.ends[i].designator.c_str(), a.ends[i].length_ft);
+            std::fprintf(lengths, "\n");
+            ++summary.runway_length_lines;
+        }
+    }
+
+    // apt_additional_info.txt: a section for each airport with a tower
+    // viewpoint or a right-hand circuit, ended by an empty line.
+    FILE* info = out.Open("apt_additional_info.txt", error);
+    if (!info) return false;
+    std::fprintf(info, "; Airport extras made by orbnav from apt.dat: right-hand circuits (row 1101)\n"
+                       "; and tower views (row 14, altitude = airport elevation + tower height, feet).\n\n");
+    for (const Airport& a : airports) {
+        if (!a.has_tower && a.right_circuits.empty()) continue;
+        std::fprintf(info, "[%s]\n", a.ident.c_str());
+        for (const std::string& runway : a.right_circuits) {
+            std::fprintf(info, "RWY%s=RIGHTPATTERN\n", runway.c_str());
+            ++summary.right_circuits;
+        }
+        if (a.has_tower) {
+            std::fprintf(info, "TowerViewLat=%.8f\nTowerViewLon=%.8f\nTowerViewAlt=%.0f\n", a.tower_lat, a.tower_lon,
+                         a.elevation + a.tower_height_ft);
+            ++summary.tower_views;
+        }
+        std::fprintf(info, "\n");
+    }
+    if (!out.Commit(error)) return false;
+
+    // orb/Aircraft/orb_parking.txt: one place an airport, the first gate of
+    // the start locations, else the first start location, else the first
+    // ramp start. Written after the database: a failure here leaves the
+    // new database with the old parking file.
+    if (!MakeFolders(aircraft_folder, error)) return false;
+    OutputSet aircraft_out(aircraft_folder);
+    FILE* parking = aircraft_out.Open(kParkingFileName, error);
+    if (!parking) return false;
+    for (const Airport& a : airports) {
+        const StartPlace* chosen = nullptr;
+        for (const StartPlace& p : a.starts)
+            if (p.gate) {
+                chosen = &p;
+                break;
+            }
+        for (const StartPlace& p : a.starts)
+            if (!chosen && p.newer) chosen = &p;
+        if (!chosen && !a.starts.empty()) chosen = &a.starts.front();
+        if (!chosen) continue;
+        std::fprintf(parking, "%s %.8f %.8f %.2f\n", a.ident.c_str(), chosen->lat, chosen->lon, chosen->heading);
+        ++summary.parking_positions;
+    }
+    return aircraft_out.Commit(error);
 }

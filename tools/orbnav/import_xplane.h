@@ -1,6 +1,8 @@
 // import_xplane.h: converts navigation data in the X-Plane text formats
 // (nav.dat 810, fix.dat 600, awy.dat 640, apt.dat 1000; plain or gzip) into
-// the module's apts.txt, navs.txt, ints.txt and awys.txt.
+// the module's apts.txt, navs.txt, ints.txt and awys.txt, and the airport
+// extras: orb_apts.txt (runway lengths), apt_additional_info.txt (tower
+// views, right-hand circuits) and orb/Aircraft/orb_parking.txt.
 //
 // The mapping choices (true or magnetic, which navaids are kept, how names
 // with blanks are joined) are told in docs/navdata.md.
@@ -30,6 +32,10 @@ struct ImportSummary {
     int fixes = 0, fixes_dropped = 0;
     int airways = 0, airway_runs = 0, airway_rows = 0;
     int airway_fix_rows_beyond_limit = 0;    // long-named fixes past the fix table's limit
+    int runway_length_lines = 0;             // lines of orb_apts.txt
+    int tower_views = 0;                     // airports with a tower view in apt_additional_info.txt
+    int right_circuits = 0;                  // RWYnn=RIGHTPATTERN lines
+    int parking_positions = 0;               // lines of orb/Aircraft/orb_parking.txt
     std::string cycle;                       // "1310", or empty when the data names none
     bool interrupted_import_undone = false;  // an earlier import killed in its commit was rolled back
 };

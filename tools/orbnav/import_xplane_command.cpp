@@ -59,7 +59,9 @@ int Run(int argc, char** argv) {
     std::printf("airways   %6d airways in %d runs, %d rows", s.airways, s.airway_runs, s.airway_rows);
     if (s.airway_fix_rows_beyond_limit > 0)
         std::printf(" (%d fix rows beyond the fix table's limit will not show on maps)", s.airway_fix_rows_beyond_limit);
-    std::printf("\ncycle     %s\n", s.cycle.empty() ? "(not named by the data)" : s.cycle.c_str());
+    std::printf("\nextras    %6d runway length lines, %d tower views, %d right-hand circuits, %d parking positions\n",
+                s.runway_length_lines, s.tower_views, s.right_circuits, s.parking_positions);
+    std::printf("cycle     %s\n", s.cycle.empty() ? "(not named by the data)" : s.cycle.c_str());
     return 0;
 }
 
