@@ -27,6 +27,7 @@
 #include "guidance/lnav.h"
 #include "guidance/runway_tuning.h"
 #include "guidance/vnav.h"
+#include "navdata/airport_extras.h"
 #include "navdata/magnetic_model.h"
 #include "plan/plan_execute.h"
 #include "plan/plan_tables.h"
@@ -459,6 +460,7 @@ void AptPage(McuScreen* screen) {
             const RunwayRecord& r = info.Runways[static_cast<size_t>(m.AptSelected)];
             RunwayTuningState& t = g_runway_tuning;
             t.selected = m.AptSelected;
+            g_airport_extras.runway_page_selection = m.AptSelected;  // the tower view stands beside it
             t.runway = r.Ident;
             t.ils_frequency = r.IlsFrequency;
             t.ils_course = r.IlsCourse;

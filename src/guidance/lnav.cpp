@@ -305,6 +305,7 @@ void LnavSequence() {
             l.DepartedFlag = 2;
             if (g_config.McuShowActiveRwys == 1) ReadActiveRunways(Row(last).Ident.data());
             g_runway_tuning.selected = kNoRunwaySelected;  // the origin's runway is no longer wanted
+            g_airport_extras.runway_page_selection = kNoRunwaySelected;
         }
     }
     // 12. Cross track against the reference leg.

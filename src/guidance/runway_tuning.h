@@ -3,9 +3,9 @@
 // and the NAV1 frequency of a runway's ILS, which VNAV also tunes at T/D.
 #pragma once
 
-#include <array>
+#include "navdata/airport_extras.h"  // kNoRunwaySelected: the tower view reads the same choice
 
-constexpr int kNoRunwaySelected = -999;
+#include <array>
 
 // The runway chosen on the MCU's airport page, as it stood when chosen.
 struct RunwayTuningState {
