@@ -236,11 +236,14 @@ TEST(McuPages, AptShowsTheRunwaysAndIlsOfThePlansAirportAndTunesTheChosenOne) {
     mcu.Ticks(1);
     EXPECT_EQ(mcu.sim().key_events.size(), 2u) << "one request, one tuning";
     EXPECT_EQ(TextOf(g_runway_tuning.runway), "34R");
+    EXPECT_EQ(g_airport_extras.runway_page_selection, g_runway_tuning.selected) << "the tower view's runway too";
+    EXPECT_NE(g_airport_extras.runway_page_selection, kNoRunwaySelected);
 
     // Well away from the origin the departure's runway is forgotten.
     mcu.Place(47.62, -122.31, 250);  // about ten miles north of KSEA
     mcu.Ticks(18);
     EXPECT_EQ(g_runway_tuning.selected, kNoRunwaySelected);
+    EXPECT_EQ(g_airport_extras.runway_page_selection, kNoRunwaySelected);
     mcu.sim().key_events.clear();
     g_tick.tuning_requests = 1;
     mcu.Ticks(1);
