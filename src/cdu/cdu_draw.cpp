@@ -8,6 +8,7 @@
 #include "cdu/cdu_draw.h"
 
 #include "cdu/cdu_screen.h"
+#include "cdu/gns_screen.h"
 #include "cdu/keypad.h"
 #include "cdu/nav_ref_pages.h"
 #include "cdu/perf_pages.h"
@@ -107,4 +108,5 @@ void SmithsPageDispatcher(HDC hdc, int width, int height) {
 
 void DrawCdu(GaugeId id, HDC hdc, int width, int height) {
     if (id == GaugeId::SMITHS_FMS || id == GaugeId::SMITHS_FMS_BR) SmithsPageDispatcher(hdc, width, height);
+    if (id == GaugeId::GNSXLS || id == GaugeId::GNSXLS_LM) GnsPageDispatcher(hdc, width, height);
 }

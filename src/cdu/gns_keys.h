@@ -1,0 +1,43 @@
+// gns_keys.h: the keys of the GNS pair (GNSXLS and its _LM twin): name, box
+// on the bezel, and what a press does to the field and the latches.
+//
+// The keys share CduKeyBox with the Boeing-style table, so the tests and the
+// simulator stand-in find them by name the same way. The letter, digit, "*"
+// and "#" keys stand where the bezel bitmap draws their caps.
+#pragma once
+
+#include "cdu/cdu_keys.h"
+
+#include <string_view>
+
+constexpr int kPopupWindowGns = 4004;      // the panel window the screen centre toggles
+
+bool IsGnsGauge(GaugeId id);
+// The GNS gauge's keys in table order (GNSXLS_LM has no screen centre).
+int GnsKeyCount(GaugeId id);
+const CduKeyBox* GnsKeyAt(GaugeId id, int index);
+// The key of that name (case-blind, a blank for "_"), or null.
+const CduKeyBox* FindGnsKey(GaugeId id, const char* name);
+// The key that types `c` (letters in either case, digits, "*", "#"), or null.
+const CduKeyBox* FindGnsKeyForCharacter(GaugeId id, char c);
+// The mouse handler of the key at `index` of GNSXLS's table.
+MOUSE_FUNCTION GnsKeyHandler(int index);
+// What a click on the key does.
+void PressGnsKey(const CduKeyBox& key);
+
+// [SECTION] The field editor
+// A character into the open field: a fresh field (or one at "******" or
+// "------") is emptied first; "*1" takes off the last character; the field
+// is padded with blanks to its width. Nothing while no field is open.
+void GnsFieldKey(const char* key);
+// BACK/CLR, by page (toggles on some lines, else the last character goes).
+void GnsClear();
+// Opens the field on `text`, fresh, `width` characters wide.
+void GnsOpenField(const char* text, int width = 6);
+void GnsCloseField();
+// The field less its padding.
+std::string_view GnsFieldText();
+// All line states to 0.
+void GnsClearLineStates();
+// A page change made by a page: the line states go, the field closes.
+void GnsGoToPage(int page);
