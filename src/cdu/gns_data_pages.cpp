@@ -417,7 +417,7 @@ void GnsNavigationPage(GnsScreen& screen) {
         screen.Text("IDENT    ------", 30, GnsRowY(1));
         char lat[24];
         char lon[24];
-        FormatLatLon(g_sim.latitude, -g_sim.longitude, lat, sizeof lat, lon, sizeof lon, 0);
+        FormatLatLon(g_sim.latitude, -g_sim.longitude, lat, sizeof lat, lon, sizeof lon, 1);
         std::snprintf(text, sizeof text, "POS %s %s", lat, lon);
         screen.Text(text, 30, GnsRowY(2));
         if (g_config.DecLatLonDisp == 1) {

@@ -257,6 +257,14 @@ void GnsPageDispatcher(HDC hdc, int width, int height) {
         int page = s.GnsPage;
         if (page >= 0 && page <= gns_page::kHighest && kPages[static_cast<size_t>(page)] != nullptr)
             kPages[static_cast<size_t>(page)](screen);
+        // 4. A page that handed over to another: the new one draws in this
+        // frame, with the keys already spent.
+        if (s.GnsPage != page) {
+            ClearFrameLatches();
+            page = s.GnsPage;
+            if (page >= 0 && page <= gns_page::kHighest && kPages[static_cast<size_t>(page)] != nullptr)
+                kPages[static_cast<size_t>(page)](screen);
+        }
         s.GnsPreviousPage = s.GnsPage;
     }
     ClearFrameLatches();

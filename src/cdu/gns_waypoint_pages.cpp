@@ -44,7 +44,7 @@ GnsPageState& S() { return g_gns_page; }
 
 // [SECTION] Shared
 void LatLonTexts(double lat, double lon, char* lat_text, size_t lat_size, char* lon_text, size_t lon_size) {
-    FormatLatLon(lat, -lon, lat_text, lat_size, lon_text, lon_size, 0);
+    FormatLatLon(lat, -lon, lat_text, lat_size, lon_text, lon_size, 1);
 }
 
 // The position line: as text, with decimal degrees behind when the pilot asks for them.
