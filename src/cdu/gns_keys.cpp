@@ -87,7 +87,7 @@ constexpr CduKeyBox kGnsKeys[] = {
     {"9", Column(9), kLetterRow3, kCap, kCap, A::Character, '9', kClick},
     {"0", Column(10), kLetterRow3, kCap, kCap, A::Character, '0', kClick},
     {"*", Column(11), kLetterRow3, kCap, kCap, A::Character, '*', kClick},
-    {"#", Column(12), kLetterRow3, kCap, kCap, A::Character, '#', kClick},
+    {"HASH", Column(12), kLetterRow3, kCap, kCap, A::Character, '#', kClick},  // "#" starts a comment in scripts
     // Last, so that the _LM twin, which lacks it, takes the table less one row.
     {"SCREEN", 190, 101, 80, 80, A::ScreenCentre, 0, kClick},
 };

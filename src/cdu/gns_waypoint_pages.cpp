@@ -254,26 +254,21 @@ void GnsOffsetWptPage(GnsScreen& screen) {
     bool dis_set = TextOf(s.GnsDisText) != "------";
     if (s.GnsEnterLatch && base != nullptr) {
         if (s.GnsLineState[7] == 1) {
+            // RAD taken; the cursor goes on to DIS.
             char rad[8];
             std::snprintf(rad, sizeof rad, "%03d", std::atoi(std::string(GnsFieldText()).c_str()) % 360);
             SetText(s.GnsRadText, rad);
             s.GnsLineState[7] = 2;
             GnsOpenField("", 5);
-            return;
-        }
-        if (s.GnsLineState[7] == 2) {
+        } else if (s.GnsLineState[7] == 2) {
             char dis[8];
             std::snprintf(dis, sizeof dis, "%.0f", std::atof(std::string(GnsFieldText()).c_str()));
             SetText(s.GnsDisText, dis);
             GnsClearLineStates();
             GnsCloseField();
-            return;
-        }
-        if (s.GnsLineState[10] == 1) {
-            GnsClearLineStates();
-            return;
-        }
-        if (rad_set && dis_set) {
+        } else if (s.GnsLineState[10] == 1) {
+            GnsClearLineStates();  // the flag as CLR left it
+        } else if (rad_set && dis_set) {
             // The point on the radial (magnetic) at the distance from the base.
             double lat = 0;
             double lon = 0;
@@ -284,6 +279,8 @@ void GnsOffsetWptPage(GnsScreen& screen) {
             InsertAndReturn(MakeRecord(name, lat, lon, "INT"), TextOf(s.GnsFlyover) == "YES" ? 1 : 0);
             return;
         }
+        rad_set = TextOf(s.GnsRadText) != "-----";
+        dis_set = TextOf(s.GnsDisText) != "------";
     }
     // Draw.
     char text[64];

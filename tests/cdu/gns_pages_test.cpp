@@ -3,6 +3,7 @@
 // stored plans, saving, Direct-To and the holding pattern page.
 #include "cdu/gns_rig.h"
 
+#include "frame/aircraft_profile.h"
 #include "guidance/holds.h"
 #include "guidance/lnav_state.h"
 #include "plan/plan_execute.h"
@@ -42,9 +43,9 @@ TEST(GnsFieldEditor, FreshFieldIsReplacedAndHeldToItsWidth) {
     gns.Key("CLR");
     gns.Key("CLR");
     EXPECT_EQ(Field(), "KSEA");
-    // Keys typed while no field is open change nothing.
+    // Keys typed while no field is open change nothing: the second press
+    // finds no second entry and closes the line.
     gns.Key("LSK1L");
-    gns.Key("LSK1L");  // third press: the line closes
     EXPECT_EQ(g_gns_page.GnsEditing, 0);
     gns.Type("Q");
     EXPECT_EQ(Field(), "KSEA");
@@ -84,7 +85,7 @@ TEST(GnsFlightPlan, RouteBuiltFromTheSlotAndActivated) {
     EXPECT_EQ(g_plan.context.ActiveLeg, 1);
     EXPECT_EQ(g_gns_page.GnsSubMode, 1);
     EXPECT_TRUE(gns.Has("ACTIVE FPL"));
-    EXPECT_NE(gns.RowWith("SEA ").find("TO"), std::string::npos) << gns.Screen();
+    EXPECT_NE(gns.RowWith(" SEA ").find("TO"), std::string::npos) << gns.Screen();
 }
 
 TEST(GnsFlightPlan, ActivePlanChangesAtOnceOnEnter) {
@@ -142,8 +143,9 @@ TEST(GnsFlightPlan, StarNameOpensOffsetWaypoint) {
     gns.Type("QQQQ*");
     gns.Key("ENTER");
     EXPECT_EQ(g_gns_page.GnsPage, gns_page::kFlightPlan);
+    gns.Key("LSK1L");  // third press: closed
     gns.Key("LSK1L");
-    gns.Key("LSK1L");
+    gns.Key("LSK1L");  // the slot again
     gns.Type("SEA*");
     gns.Key("ENTER");
     ASSERT_EQ(g_gns_page.GnsPage, gns_page::kOffsetWpt);
@@ -177,20 +179,22 @@ TEST(GnsFlightPlan, ClrOnAFreshEntryAsksDeleteAndEnterDeletes) {
     AddWaypoint(gns, "SEA");
     AddWaypoint(gns, "NORMY");
     AddWaypoint(gns, "KGEG");
-    // NORMY and SEA made part of a SID, so that deleting one breaks it.
+    // SEA and NORMY made a SID whose end is also a STAR's start, so that
+    // deleting SEA breaks it.
     SetText(g_plan.ModPlan[1].SegmentKind, "SID");
     SetText(g_plan.ModPlan[2].SegmentKind, "SIDSTAR");
-    gns.Key("LSK2L");  // entries 3 (NORMY)
-    ASSERT_EQ(Field(), "NORMY");
+    gns.Key("LSK1L");
+    gns.Key("LSK1L");  // entry 2, SEA
+    ASSERT_EQ(Field(), "SEA");
     gns.Key("CLR");
-    EXPECT_EQ(Field(), "NORMY") << "a fresh field is not erased";
+    EXPECT_EQ(Field(), "SEA") << "a fresh field is not erased";
     EXPECT_TRUE(gns.Has("DELETE?"));
     gns.Key("ENTER");
-    EXPECT_EQ(ModIdents(), "KSEA SEA KGEG");
-    EXPECT_STREQ(g_plan.ModPlan[1].SegmentKind.data(), "") << "the rest of the SID became plain";
+    EXPECT_EQ(ModIdents(), "KSEA NORMY KGEG");
+    EXPECT_STREQ(g_plan.ModPlan[1].SegmentKind.data(), "STAR") << "the SID's part gone, the STAR's kept";
     // An edited field takes CLR as a backspace, with no "DELETE?".
-    gns.Key("LSK1L");
-    gns.Key("LSK1L");
+    gns.Key("LSK1L");  // the key stood at its second press: closed
+    gns.Key("LSK1L");  // entry 1, KSEA
     gns.Type("AB");
     gns.Key("CLR");
     EXPECT_EQ(Field(), "A");
@@ -199,6 +203,7 @@ TEST(GnsFlightPlan, ClrOnAFreshEntryAsksDeleteAndEnterDeletes) {
 
 TEST(GnsFlightPlan, StoredPlanLoadedAndActivated) {
     GnsRig gns;
+    gns.Frame();
     // The list: "NEXT FPL" first (yellow), then the files.
     EXPECT_TRUE(gns.Has("FLIGHT PLAN LIST 1/1")) << gns.Screen();
     gns.Key("LSK1L");
@@ -314,8 +319,7 @@ TEST(GnsDirect, ForcedTurnOnlyAgainstTheShortWay) {
     gns.Key("ENTER");
     gns.Key("LSK5R");
     gns.Key("LSK5R");
-    gns.Key("CLR");
-    gns.Key("CLR");
+    gns.Key("CLR");  // LEFT, where the last Direct-To left it, -> RIGHT
     EXPECT_NE(gns.Screen().find("[RIGHT]"), std::string::npos) << gns.Screen();
     gns.Key("ENTER");
     gns.Key("ENTER");

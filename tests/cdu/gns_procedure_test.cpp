@@ -2,6 +2,7 @@
 // them, and the VNAV pages in climb.
 #include "cdu/gns_rig.h"
 
+#include "guidance/performance.h"
 #include "guidance/vnav.h"
 #include "navdata/procedures.h"
 
@@ -101,12 +102,20 @@ TEST(GnsVnav, ClimbShowsThePredictedTopOfClimb) {
     ActivateKpdxKsea(gns);
     ASSERT_GT(g_plan.context.CruiseAltitude, 0);
     const VnavState& v = g_vnav;
-    ASSERT_FALSE(v.TopOfClimbLatitude == 0 && v.TopOfClimbLongitude == 0) << "no T/C was predicted";
-    // Airborne near KPDX, climbing.
+    // Airborne near KPDX, climbing, VNAV's next target the destination (no
+    // restriction before it), which lies beyond T/C.
     g_sim.latitude = 45.62;
     g_sim.longitude = -122.59;
-    g_sim.ground_speed = 240;
+    gns.SetGroundSpeed(240);
+    gns.SetAltitude(6000);
     g_sim.vertical_speed.now = 2000;
+    g_plan.context.NextRestrictionRow = g_plan.context.ActiveLastRow;
+    // The predictions from here, as the tick refreshes them.
+    PredictProfile(g_plan.context.CruiseAltitude, 1);
+    ASSERT_FALSE(v.TopOfClimbLatitude == 0 && v.TopOfClimbLongitude == 0) << "no T/C was predicted";
+    // T/C lies on the route, between KPDX and SEA.
+    EXPECT_GT(v.TopOfClimbLatitude, 45.5);
+    EXPECT_LT(v.TopOfClimbLatitude, 47.5);
     g_vnav.CruiseReached = 0;
     g_vnav.DescentActive = 0;
     gns.Key("VNAV");

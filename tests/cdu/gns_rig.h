@@ -57,7 +57,7 @@ public:
         g_airports = {};
         g_gns_page = {};
         PresetPlanDataTexts();
-        fake_.sim.tokens[AVIONICS_POWER] = 1;
+        fake_.sim.tokens[Token::AVIONICS_POWER] = 1;
         gauge_ = std::make_unique<GaugeInstance>(GaugeId::GNSXLS, "");
         gauge_->Service(PANEL_SERVICE_PRE_INSTALL);
         gauge_->Service(PANEL_SERVICE_PRE_INITIALIZE);
@@ -123,6 +123,15 @@ public:
         EXPECT_EQ(Screen(), want.str()) << name;
     }
     FakeSimulator& sim() { return fake_.sim; }
+    // Samples the tick takes at every call, set where the simulator keeps them.
+    void SetGroundSpeed(double knots) {
+        fake_.sim.tokens[Token::GROUND_VELOCITY] = knots * 1.68781;
+        g_sim.ground_speed = knots;
+    }
+    void SetAltitude(double feet) {
+        fake_.sim.calculator["(A:INDICATED ALTITUDE, feet)"] = feet;
+        g_sim.indicated_altitude.now = feet;
+    }
 
 private:
     void Click(const CduKeyBox& key) {
