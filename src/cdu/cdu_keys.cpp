@@ -6,7 +6,7 @@
 // switch the screen on the next refresh.
 #include "cdu/cdu_keys.h"
 
-#include "cdu/gns_keys.h"
+#include "cdu/gns_key_table.h"
 #include "cdu/keypad.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"

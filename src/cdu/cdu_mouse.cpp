@@ -4,7 +4,7 @@
 #include "cdu/cdu_mouse.h"
 
 #include "cdu/cdu_keys.h"
-#include "cdu/gns_keys.h"
+#include "cdu/gns_key_table.h"
 
 void CduMouseAreas(GaugeId id, MouseAreaList& areas) {
     bool gns = IsGnsGauge(id);
