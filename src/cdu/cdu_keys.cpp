@@ -175,7 +175,14 @@ void PressCduKey(const CduKeyBox& key) {
     SmithsCduState& s = g_smiths;
     int plan_state = g_plan.context.PlanState;
     switch (key.action) {
-    case A::Character: ScratchpadCharacter(static_cast<char>(key.value)); return;
+    case A::Character:
+        ScratchpadCharacter(static_cast<char>(key.value));
+        // G to Z also reach an open GNS field, as if typed on its keypad.
+        if (key.value >= 'G' && key.value <= 'Z') {
+            const char text[2] = {static_cast<char>(key.value), 0};
+            GnsFieldKey(text);
+        }
+        return;
     case A::Space: ScratchpadSpace(); return;
     case A::PlusMinus: ScratchpadPlusMinus(); return;
     case A::Delete: ScratchpadDelete(); return;

@@ -21,4 +21,7 @@ const CduKeyBox* FindGnsKeyForCharacter(GaugeId id, char c);
 MOUSE_FUNCTION GnsKeyHandler(int index);
 // What a click on the key does.
 void PressGnsKey(const CduKeyBox& key);
+// A character into the open GNS field (the Boeing-style keypad's G to Z
+// reach it too); nothing while no field is open.
+void GnsFieldKey(const char* key);
 

@@ -12,10 +12,9 @@
 #include <string_view>
 
 // [SECTION] The field editor
-// A character into the open field: a fresh field (or one at "******" or
+// GnsFieldKey (gns_key_table.h): a fresh field (or one at "******" or
 // "------") is emptied first; "*1" takes off the last character; the field
-// is padded with blanks to its width. Nothing while no field is open.
-void GnsFieldKey(const char* key);
+// is padded with blanks to its width.
 // BACK/CLR, by page (toggles on some lines, else the last character goes).
 void GnsClear();
 // Opens the field on `text`, fresh, `width` characters wide.

@@ -100,3 +100,19 @@ TEST(GnsKeys, PageKeysAndTheirPages) {
     EXPECT_EQ(gns.sim().window_toggles.size(), 1u);
     if (!gns.sim().window_toggles.empty()) EXPECT_EQ(gns.sim().window_toggles[0], 4004u);
 }
+
+TEST(GnsKeys, BoeingLettersFromGReachAnOpenGnsField) {
+    GnsRig gns;
+    gns.Frame();
+    gns.Key("LSK1L");
+    gns.Key("ENTER");
+    gns.Key("LSK1L");
+    ASSERT_EQ(g_gns_page.GnsEditing, 1);
+    // A to F stay on the Boeing-style entry line; G to Z reach the field too.
+    PressCduKey(*FindCduKey(GaugeId::SMITHS_FMS, "A"));
+    PressCduKey(*FindCduKey(GaugeId::SMITHS_FMS, "K"));
+    PressCduKey(*FindCduKey(GaugeId::SMITHS_FMS, "7"));
+    PressCduKey(*FindCduKey(GaugeId::SMITHS_FMS, "Z"));
+    EXPECT_EQ(Field(), "KZ");
+    EXPECT_EQ(cdu_test::Scratchpad(), "AK7Z");
+}
