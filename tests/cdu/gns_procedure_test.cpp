@@ -153,3 +153,48 @@ TEST(GnsVnav, ClimbShowsThePredictedTopOfClimb) {
     gns.Key("ENTER");
     EXPECT_EQ(g_plan.context.CruiseAltitude, 25000);
 }
+
+TEST(GnsArrival, TransitionFirstThenTheOnlyStarAndTheRunway) {
+    GnsRig gns;
+    gns.Key("LSK2L");  // KSEAKGEG, the list's third row
+    gns.Key("ENTER");
+    gns.Key("LSK5R");
+    gns.Key("ENTER");
+    ASSERT_EQ(ActiveIdents(), "KSEA SEA NORMY BLUIT EPH WIPES GEG KGEG");
+    gns.Key("LSK5L");
+    EXPECT_NE(gns.Screen().find("[ARRIVE?]"), std::string::npos) << gns.Screen();
+    gns.Key("ENTER");
+    ASSERT_EQ(g_gns_page.GnsPage, gns_page::kArrival);
+    EXPECT_NE(gns.RowWith("ARRIVAL").find("KGEG"), std::string::npos) << gns.Screen();
+    // The rows the other way round: TRANSITION at 80 (its list open), STAR at 120.
+    EXPECT_NE(gns.RowWith("TRANSITION").find("TRANSITION"), std::string::npos);
+    EXPECT_LT(gns.Screen().find("TRANSITION"), gns.Screen().find("STAR"));
+    EXPECT_EQ(g_gns_page.GnsLineState[7], 1);
+    EXPECT_TRUE(gns.Has("EPH")) << gns.Screen();
+    EXPECT_TRUE(gns.Has("MWH")) << gns.Screen();
+    // MWH chosen: ODESS1, the only STAR from it, follows by itself.
+    for (int i = 0; i < 3 && Field() != "MWH"; ++i) gns.Key("LSK3L");
+    ASSERT_EQ(Field(), "MWH") << gns.Screen();
+    gns.Key("ENTER");
+    const GnsProcedureTemporaries& t = g_plan_texts.GnsArrival;
+    EXPECT_STREQ(t.transition.data(), "MWH");
+    EXPECT_STREQ(t.procedure.data(), "ODESS1");
+    ASSERT_EQ(g_gns_page.GnsLineState[6], 2) << "the runway list";
+    // Runway 21 from the list, wherever it stands in it.
+    const char* keys[] = {"LSK3L", "LSK3L", "LSK4L", "LSK4L"};
+    for (const char* k : keys) {
+        if (Field() == "21") break;
+        gns.Key(k);
+    }
+    ASSERT_EQ(Field(), "21") << gns.Screen();
+    gns.Key("ENTER");
+    EXPECT_TRUE(gns.Has("WAYPOINTS OF STAR:")) << gns.Screen();
+    EXPECT_TRUE(gns.Has("ODESS"));
+    gns.Key("ENTER");
+    EXPECT_EQ(g_gns_page.GnsPage, gns_page::kFlightPlan);
+    std::string idents = ActiveIdents();
+    EXPECT_NE(idents.find("MWH"), std::string::npos) << idents;
+    EXPECT_NE(idents.find("ODESS"), std::string::npos) << idents;
+    EXPECT_STREQ(g_plan.context.Selections.StarName.data(), "ODESS1");
+    EXPECT_STREQ(g_plan.context.Selections.ArrivalRunway.data(), "21");
+}
