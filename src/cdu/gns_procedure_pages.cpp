@@ -355,6 +355,35 @@ void Commit() {
     GnsGoToPage(gns_page::kFlightPlan);
 }
 
+// APCH's own order: after the type the runway list opens unless a single
+// transition completes the choice; after the runway a single type is taken.
+void ApproachEnter(int k6, int k7, std::string_view text) {
+    GnsProcedureTemporaries& t = Temps();
+    GnsClearLineStates();
+    if (k6 == 2) {
+        SetText(t.runway, text);
+        if (!IsSet(t.procedure)) {
+            if (!TakeSingle(Role::Procedure)) OpenRoleList(Role::Procedure);
+        } else if (!IsSet(t.transition)) {
+            OpenRoleList(Role::Transition);
+        }
+    } else if (k7 == 1) {
+        SetText(t.procedure, text);
+        if (!IsSet(t.transition) && !TakeSingle(Role::Transition)) {
+            OpenRunwayList();
+        } else if (!IsSet(t.runway)) {
+            OpenRunwayList();
+        }
+    } else {
+        SetText(t.transition, text);
+        if (!IsSet(t.procedure) && !TakeSingle(Role::Procedure)) {
+            OpenRoleList(Role::Procedure);
+        } else if (!IsSet(t.runway)) {
+            OpenRunwayList();
+        }
+    }
+}
+
 void ProcedureEnter() {
     GnsPageState& s = S();
     GnsProcedureTemporaries& t = Temps();
@@ -393,11 +422,12 @@ void ProcedureEnter() {
     }
     if (text.empty() || (k6 != 2 && k7 == 0)) return;
     s.GnsProcedurePage[static_cast<size_t>(i)] = 1;
-    // 2. The runway.
-    if (k6 == 2) {
+    if (i == 2) {
+        ApproachEnter(k6, k7, text);
+    } else if (k6 == 2) {
+        // 2. The runway.
         SetText(t.runway, text);
         GnsClearLineStates();
-        if (!IsSet(t.procedure) && i == 2) TakeSingle(Role::Procedure);
         if (!IsSet(Value(RoleOfState(1))))
             OpenRoleList(RoleOfState(1));
         else if (!IsSet(Value(RoleOfState(2))))

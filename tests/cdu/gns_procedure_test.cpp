@@ -198,3 +198,41 @@ TEST(GnsArrival, TransitionFirstThenTheOnlyStarAndTheRunway) {
     EXPECT_STREQ(g_plan.context.Selections.StarName.data(), "ODESS1");
     EXPECT_STREQ(g_plan.context.Selections.ArrivalRunway.data(), "21");
 }
+
+TEST(GnsApproach, TypeThenRunwayThenTransition) {
+    GnsRig gns;
+    gns.Key("LSK2L");  // KSEAKGEG
+    gns.Key("ENTER");
+    gns.Key("LSK5R");
+    gns.Key("ENTER");
+    gns.Key("LSK5L");
+    gns.Key("LSK5L");
+    EXPECT_NE(gns.Screen().find("[APPROACH?]"), std::string::npos) << gns.Screen();
+    gns.Key("ENTER");
+    ASSERT_EQ(g_gns_page.GnsPage, gns_page::kApproach);
+    EXPECT_TRUE(gns.Has("APCH"));
+    // The type list: the one approach of KGEG.
+    ASSERT_EQ(g_gns_page.GnsLineState[7], 1) << gns.Screen();
+    ASSERT_EQ(Field(), "I21") << gns.Screen();
+    gns.Key("ENTER");
+    // Two transitions (GEG, DPY): no single one to take, so the runways open.
+    const GnsProcedureTemporaries& t = g_plan_texts.GnsApproach;
+    EXPECT_STREQ(t.procedure.data(), "I21");
+    EXPECT_STREQ(t.transition.data(), kNoSelection);
+    ASSERT_EQ(g_gns_page.GnsLineState[6], 2) << gns.Screen();
+    ASSERT_EQ(Field(), "21") << gns.Screen();
+    gns.Key("ENTER");
+    // The runway taken, the transitions' list opens.
+    EXPECT_STREQ(t.runway.data(), "21");
+    ASSERT_EQ(g_gns_page.GnsLineState[7], 2) << gns.Screen();
+    for (int i = 0; i < 3 && Field() != "DPY"; ++i) gns.Key("LSK3L");
+    ASSERT_EQ(Field(), "DPY") << gns.Screen();
+    gns.Key("ENTER");
+    EXPECT_TRUE(gns.Has("WPTS OF APPROACH:")) << gns.Screen();
+    EXPECT_TRUE(gns.Has("BATKY"));
+    gns.Key("ENTER");
+    std::string idents = ActiveIdents();
+    EXPECT_NE(idents.find("BATKY"), std::string::npos) << idents;
+    EXPECT_NE(idents.find("DPY"), std::string::npos) << idents;
+    EXPECT_STREQ(g_plan.context.Selections.ApproachName.data(), "I21");
+}
