@@ -1,5 +1,5 @@
-// cdu_draw.cpp: the page dispatch of the Boeing-style CDU. The GNS and MCU
-// page sets come later; their screens stay black.
+// cdu_draw.cpp: the page dispatch of the Boeing-style CDU, and the hand-over
+// of the GNS pair to its own dispatcher (gns_draw.cpp).
 //
 // Immediate mode: a click only set a latch or edited the entry line; here,
 // once per drawn frame, the page of CduPage reads the latches, carries the

@@ -195,7 +195,9 @@ void GnsDirectTo(const NavRecord& target) {
     if (row < 1) return;
     // 2. The "DIRECT" row at the present position in front of it, in ActivePlan.
     double altitude = g_plan.ModPlan[static_cast<size_t>(row)].Altitude;
+    int last_before = pc.ActiveLastRow;
     DirectToFromPresentPosition(row);
+    if (pc.ActiveLastRow == last_before || pc.ActiveLeg < 1 || pc.ActiveLeg >= kPlanRows) return;  // a full plan
     g_plan.ActivePlan[static_cast<size_t>(pc.ActiveLeg)].Altitude = altitude;
     BeginModification();
     LnavDirectExecuted();

@@ -145,7 +145,8 @@ struct SmithsCduState {
 extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR
 
 // [SECTION] GNS and MCU families
-// Their pages come later; these hold what the frame already reads.
+// The GNS pair's state is GnsPageState (its pages in gns_*.cpp); the MCU's
+// pages come later, and these hold what the frame already reads.
 struct KeypadState {
     int CduPage = 0;                          // page shown
     std::array<char, kScratchpadCapacity> Scratchpad{};
