@@ -6,6 +6,7 @@
 
 #include "guidance/holds.h"
 #include "guidance/lnav_state.h"
+#include "guidance/performance.h"
 #include "guidance/vnav.h"
 
 using namespace gns_test;
@@ -119,8 +120,16 @@ TEST(GnsScreens, ProcedureAndDataPages) {
     gns.Key("LSK4L");
     gns.Key("ENTER");
     gns.ExpectScreen("gns_departure");
+    // In climb; T/C 20 nm east of the aircraft, T/D 100 nm before the end:
+    // #TOC stands before NORMY (28 nm away), #TOD before KGEG.
     g_vnav.CruiseReached = 0;
     g_vnav.DescentActive = 0;
+    g_vnav.TopOfClimbLatitude = 47.435;
+    g_vnav.TopOfClimbLongitude = -122.40 + 20.0 / 60 / std::cos(47.435 * 3.14159265358979 / 180);
+    g_plan_distances.TdFromDest = 100;
+    g_plan.context.NextRestrictionRow = 2;
+    g_vnav.TargetAltitude = 8000;
+    g_vnav.TargetDistance = 24;
     gns.Key("VNAV");
     gns.ExpectScreen("gns_vnav");
     gns.Key("VNAV");
