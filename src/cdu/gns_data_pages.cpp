@@ -431,6 +431,24 @@ void GnsNavigationPage(GnsScreen& screen) {
             std::snprintf(text, sizeof text, "MV(%3.1f)", g_sim.magnetic_variation);
             screen.Text(text, 30, GnsRowY(6));
         }
+        // The pause options: key 4 the distance pause, key 5 the pause at T/D.
+        GlobalConfig& c = g_config;
+        if (s.GnsLineSelect == 4) {
+            c.PauseAtDistFromDestOn = c.PauseAtDistFromDestOn ? 0 : 1;
+            c.ArmPauseAtDistFromDest = c.PauseAtDistFromDestOn;
+        }
+        if (s.GnsLineSelect == 5) {
+            c.PauseAtTod = c.PauseAtTod ? 0 : 1;
+            c.ArmPauseAtTod = c.PauseAtTod;
+        }
+        const PlanContext& pc = g_plan.context;
+        const char* destination = pc.ActiveLastRow >= 0
+                                      ? g_plan.ActivePlan[static_cast<size_t>(pc.ActiveLastRow)].Ident.data()
+                                      : "----";
+        std::snprintf(text, sizeof text, "PAUSE %d FROM (%.6s)(%s)", c.PauseAtDistFromDest, destination,
+                      c.PauseAtDistFromDestOn ? "ON" : "OFF");
+        screen.Text(text, 30, GnsRowY(7), kGnsCyan);
+        screen.Text(c.PauseAtTod ? "PAUSE AT TOD (ON)" : "PAUSE AT TOD (OFF)", 30, GnsRowY(8), kGnsCyan);
     }
 }
 

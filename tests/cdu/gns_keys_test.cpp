@@ -97,8 +97,8 @@ TEST(GnsKeys, PageKeysAndTheirPages) {
     // The screen's middle opens the pop-up window.
     g_gns_page.GnsPage = gns_page::kNavigation;
     gns.Key("SCREEN");
-    EXPECT_EQ(gns.sim().window_toggles.size(), 1u);
-    if (!gns.sim().window_toggles.empty()) EXPECT_EQ(gns.sim().window_toggles[0], 4004u);
+    ASSERT_EQ(gns.sim().window_toggles.size(), 1u);
+    EXPECT_EQ(gns.sim().window_toggles[0], 4004u);
 }
 
 TEST(GnsKeys, BoeingLettersFromGReachAnOpenGnsField) {
@@ -115,4 +115,25 @@ TEST(GnsKeys, BoeingLettersFromGReachAnOpenGnsField) {
     PressCduKey(*FindCduKey(GaugeId::SMITHS_FMS, "Z"));
     EXPECT_EQ(Field(), "KZ");
     EXPECT_EQ(cdu_test::Scratchpad(), "AK7Z");
+}
+
+TEST(GnsKeys, NavigationPageFourSwitchesThePauses) {
+    GnsRig gns;
+    gns.Frame();
+    g_config.PauseAtDistFromDest = 20;
+    g_config.PauseAtDistFromDestOn = 0;
+    g_config.PauseAtTod = 0;
+    for (int i = 0; i < 4; ++i) gns.Key("NAV");
+    ASSERT_TRUE(gns.Has("NAVIGATION   4/4"));
+    EXPECT_TRUE(gns.Has("PAUSE 20 FROM (----)(OFF)")) << gns.Screen();
+    EXPECT_TRUE(gns.Has("PAUSE AT TOD (OFF)"));
+    gns.Key("LSK4L");
+    EXPECT_EQ(g_config.PauseAtDistFromDestOn, 1);
+    EXPECT_EQ(g_config.ArmPauseAtDistFromDest, 1);
+    EXPECT_TRUE(gns.Has("PAUSE 20 FROM (----)(ON)")) << gns.Screen();
+    gns.Key("LSK5L");
+    EXPECT_EQ(g_config.PauseAtTod, 1);
+    EXPECT_TRUE(gns.Has("PAUSE AT TOD (ON)"));
+    gns.Key("LSK4L");
+    EXPECT_EQ(g_config.PauseAtDistFromDestOn, 0);
 }
