@@ -58,6 +58,25 @@ double DistanceFromAircraft(double lat, double lon) {
     return distance;
 }
 
+// The Zulu date: day and month from the simulator's day of the year.
+void ZuluDate(char* out, size_t size) {
+    static constexpr int kDaysInMonth[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    static constexpr const char* kMonths[12] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                                "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+    double day_value = ReadToken(Token::ZULU_DAY);
+    double year_value = ReadToken(Token::ZULU_YEAR);
+    int day = std::isfinite(day_value) ? std::clamp(static_cast<int>(day_value), 1, 366) : 1;
+    int year = std::isfinite(year_value) ? std::clamp(static_cast<int>(year_value), 2000, 2099) : 2000;
+    bool leap = year % 4 == 0;
+    int month = 0;
+    for (; month < 11; ++month) {
+        int days = kDaysInMonth[month] + (month == 1 && leap ? 1 : 0);
+        if (day <= days) break;
+        day -= days;
+    }
+    std::snprintf(out, size, "%02d %s %02.0f", day, kMonths[month], static_cast<double>(year - 2000));
+}
+
 bool HasActiveLeg() {
     const PlanContext& pc = g_plan.context;
     return pc.ActiveLeg != kNoActiveLeg && pc.ActiveLastRow >= 1 && pc.ActiveLeg <= pc.ActiveLastRow;
@@ -585,6 +604,9 @@ void GnsPlanDataPage(GnsScreen& screen) {
         return;
     }
     case 5: {
+        screen.Text("DATE", 30, 80);
+        ZuluDate(text, sizeof text);
+        screen.Text(text, 280, 80);
         screen.Text("GMT", 30, 120);
         std::snprintf(text, sizeof text, "%02.0f:%02.0f", g_sim.zulu_hour, g_sim.zulu_minute);
         screen.Text(text, 280, 120);

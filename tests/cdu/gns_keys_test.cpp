@@ -137,3 +137,19 @@ TEST(GnsKeys, NavigationPageFourSwitchesThePauses) {
     gns.Key("LSK4L");
     EXPECT_EQ(g_config.PauseAtDistFromDestOn, 0);
 }
+
+TEST(GnsKeys, PlanDatePageReadsTheZuluDate) {
+    GnsRig gns;
+    // Day 60 of a leap year is the 29th of February; of another year, the 1st of March.
+    gns.sim().tokens[Token::ZULU_DAY] = 60;
+    gns.sim().tokens[Token::ZULU_YEAR] = 2024;
+    for (int i = 0; i < 5; ++i) gns.Key("PERF");
+    ASSERT_TRUE(gns.Has("PLAN 5/6"));
+    EXPECT_NE(gns.RowWith("DATE").find("29 FEB 24"), std::string::npos) << gns.Screen();
+    gns.sim().tokens[Token::ZULU_YEAR] = 2023;
+    gns.Frame();
+    EXPECT_NE(gns.RowWith("DATE").find("01 MAR 23"), std::string::npos) << gns.Screen();
+    gns.sim().tokens[Token::ZULU_DAY] = 365;
+    gns.Frame();
+    EXPECT_NE(gns.RowWith("DATE").find("31 DEC 23"), std::string::npos) << gns.Screen();
+}
