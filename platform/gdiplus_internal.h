@@ -173,10 +173,28 @@ struct GpGraphics {
         SmoothingMode smoothing;
         PixelOffsetMode pixel_offset;
         TextRenderingHint text_hint;
+        unsigned clip_serial;                       // the clip's serial at the save
     };
 
     std::array<Saved, gdip::kMaxSavedStates> saved{};
     int saved_count = 0;
+    // The clip layer. While the clip is not whole-pixel rectangles, shapes and
+    // text go to this scratch surface, clipped only to the clip's bounding
+    // box, and reach the pixels through the clip once, when the clip changes
+    // or the graphics ends. Otherwise cairo intersects every shape's outline
+    // with the clip's polygon, most of a map frame's time. Compositing costs
+    // about as much as a few dozen shapes drawn straight, so the first ones
+    // under a clip are, and the layer takes the rest. Drawing is over
+    // the layer's transparent start, so the picture is the same but for the
+    // shading of the clip's edge pixels.
+    cairo_surface_t* layer = nullptr;               // same size as the surface; from a pool
+    cairo_t* layer_cr = nullptr;
+    bool clip_complex = false;                      // the clip is not whole-pixel rectangles
+    bool layer_dirty = false;                       // the layer holds drawing not yet composited
+    int direct_draws = 0;                           // shapes and strings drawn straight through this clip
+    unsigned clip_serial = 0;                       // counts clip changes; a restore to the same serial keeps the clip
+    double clip_x1 = 0, clip_y1 = 0;                // the clip's extents, device pixels
+    double clip_x2 = 0, clip_y2 = 0;
 };
 
 namespace gdip {
@@ -194,8 +212,18 @@ bool IsPath(const GpPath* p);
 bool IsFinite(double v);
 
 // The cairo matrix for drawing in world units: world transform, then GDI+'s
-// pixel-centre convention.
+// pixel-centre convention; on the graphics' own context or the one drawn on.
 void UseWorldMatrix(GpGraphics& g);
+void UseWorldMatrix(GpGraphics& g, cairo_t* cr);
+// The context a shape or string is drawn on: the graphics' own, or the clip
+// layer's while the clip is complex (see GpGraphics).
+cairo_t* DrawTarget(GpGraphics& g);
+// Composites the clip layer's drawing through the clip; every call that
+// changes the clip, clears or ends the graphics calls it first.
+void FlushClipLayer(GpGraphics& g);
+// Notes the clip in force after it changed: its extents and whether drawing
+// goes through the layer.
+void ClipChanged(GpGraphics& g);
 void UseColor(cairo_t* cr, ARGB color);
 // World units per unit of a font or pen size (pixel-based page, 96 dpi).
 double UnitToWorld(Unit unit);

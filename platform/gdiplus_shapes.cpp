@@ -201,9 +201,9 @@ GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
                                   pen.end_custom.width, 0.0});
     double reach = EffectiveWidth(g, pen) * LinearScale(g.world) * (10 + cap_widths) + 2;
     if (PathOutsideClip(g, path, reach)) return Ok;
-    cairo_t* cr = g.cr;
+    cairo_t* cr = DrawTarget(g);
     cairo_save(cr);
-    UseWorldMatrix(g);
+    UseWorldMatrix(g, cr);
     UseColor(cr, pen.color);
     double width = EffectiveWidth(g, pen);
     cairo_set_line_width(cr, width);
@@ -229,9 +229,9 @@ GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
 GpStatus FillPoints(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode) {
     if (path.points.empty()) return Ok;
     if (PathOutsideClip(g, path, 2)) return Ok;
-    cairo_t* cr = g.cr;
+    cairo_t* cr = DrawTarget(g);
     cairo_save(cr);
-    UseWorldMatrix(g);
+    UseWorldMatrix(g, cr);
     UseColor(cr, color);
     cairo_set_fill_rule(cr, mode == FillModeWinding ? CAIRO_FILL_RULE_WINDING : CAIRO_FILL_RULE_EVEN_ODD);
     cairo_new_path(cr);

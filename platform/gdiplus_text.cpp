@@ -549,15 +549,15 @@ GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string
     // [1] Glyphs, in the world transform, within the layout rectangle. A
     // string wholly outside the clip (a map's idents beyond its frame) is
     // only recorded: GDI+ rejects it by its bounds before any glyph work.
-    cairo_t* cr = g.cr;
     const GpRectF& r = *layoutRect;
     double bx = 0, by = 0, bw = 0, bh = 0;
     DeviceBox(g.world, lay.text_left, lay.top, lay.text_right - lay.text_left, lay.line_count * lay.line_height, bx, by,
               bw, bh);
     constexpr double kGlyphOverhang = 4;  // device pixels a glyph may reach past its advance box
     if (!OutsideClip(g, bx - kGlyphOverhang, by - kGlyphOverhang, bx + bw + kGlyphOverhang, by + bh + kGlyphOverhang)) {
+        cairo_t* cr = DrawTarget(g);
         cairo_save(cr);
-        UseWorldMatrix(g);
+        UseWorldMatrix(g, cr);
         if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0)) {
             constexpr double kUnbounded = 1e6;  // world units: beyond any surface
             double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;

@@ -39,6 +39,9 @@ LRESULT SendMessageA(HWND hWnd, UINT Msg, WPARAM wParam, LPARAM lParam) {
 
 HMODULE GetModuleHandleA(LPCSTR lpModuleName) {
     if (lpModuleName == nullptr) return &g_module_anchor;
+    // The module itself, named by its path below the simulator's folder.
+    size_t length = std::strlen(lpModuleName);
+    if (length >= 8 && platform::EqualNoCase(lpModuleName + length - 8, "orb1.gau")) return &g_module_anchor;
     if (platform::EqualNoCase(lpModuleName, "SimConnect.dll") || platform::EqualNoCase(lpModuleName, "SimConnect")) {
         const OrbHostInterface* host = platform::Host();
         return (host != nullptr && host->simconnect_open != nullptr) ? &g_simconnect_module : nullptr;

@@ -219,6 +219,12 @@ enum CombineMode : int {
     CombineModeComplement = 5,
 };
 
+enum FlushIntention : int {
+    FlushIntentionFlush = 0,             // queue the pending drawing
+    FlushIntentionSync = 1,              // and wait until it is on the surface
+};
+typedef FlushIntention GpFlushIntention;
+
 // [SECTION] Flat calls
 GpStatus WINGDIPAPI GdiplusStartup(ULONG_PTR* token, const GdiplusStartupInput* input, GdiplusStartupOutput* output);
 void WINGDIPAPI GdiplusShutdown(ULONG_PTR token);
@@ -236,6 +242,7 @@ GpStatus WINGDIPAPI GdipSetPixelOffsetMode(GpGraphics* graphics, PixelOffsetMode
 GpStatus WINGDIPAPI GdipSetTextRenderingHint(GpGraphics* graphics, TextRenderingHint mode);
 GpStatus WINGDIPAPI GdipSaveGraphics(GpGraphics* graphics, GraphicsState* state);
 GpStatus WINGDIPAPI GdipRestoreGraphics(GpGraphics* graphics, GraphicsState state);
+GpStatus WINGDIPAPI GdipFlush(GpGraphics* graphics, GpFlushIntention intention);
 
 // World transform and matrices
 GpStatus WINGDIPAPI GdipResetWorldTransform(GpGraphics* graphics);

@@ -3,6 +3,7 @@
 
 #include <cctype>
 #include <cstring>
+#include <vector>
 
 namespace orbsim {
 namespace {
@@ -33,6 +34,13 @@ const CduKey* FindKeyForCharacter(const std::string& gauge, char c) {
     for (const CduKey& key : kKeys)
         if (gauge == key.gauge && key.character != 0 && key.character == wanted) return &key;
     return nullptr;
+}
+
+std::vector<const CduKey*> KeysOfGauge(const std::string& gauge) {
+    std::vector<const CduKey*> keys;
+    for (const CduKey& key : kKeys)
+        if (gauge == key.gauge) keys.push_back(&key);
+    return keys;
 }
 
 }  // namespace orbsim

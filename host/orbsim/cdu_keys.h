@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace orbsim {
 
@@ -16,5 +17,7 @@ struct CduKey {
 const CduKey* FindKeyByName(const std::string& gauge, const std::string& name);
 // The key that types the character on the gauge, or null.
 const CduKey* FindKeyForCharacter(const std::string& gauge, char c);
+// Every key of the gauge, in table order (none for a gauge without keys).
+std::vector<const CduKey*> KeysOfGauge(const std::string& gauge);
 
 }  // namespace orbsim

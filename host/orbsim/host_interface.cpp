@@ -15,12 +15,14 @@ constexpr long kSOk = 0;
 constexpr long kEFail = static_cast<long>(0x80004005u);
 constexpr size_t kMaxDrawnTextBytes = 1024;   // one string of a display line is far shorter
 
-// The one window orbsim has: the FSUIPC server's.
+// The windows orbsim has: the FSUIPC server's and the simulator's main window.
 char g_fsuipc_window;
+char g_simulator_window;
 // What SimConnect handles point at.
 char g_simconnect_handle;
 
 void* FindWindow(const char* class_name, const char*) {
+    if (class_name != nullptr && std::strcmp(class_name, "FS98MAIN") == 0) return &g_simulator_window;
     if (class_name == nullptr || std::strcmp(class_name, "UIPCMAIN") != 0) return nullptr;
     // Counted with the server off too: a job that looked and found nobody
     // is told apart from no job at all.
@@ -64,6 +66,8 @@ long SimConnectFlightPlanLoad(void* handle, const char* path) {
     struct stat st{};
     sc.plans.push_back(p);
     sc.plan_existed.push_back(stat(local.c_str(), &st) == 0);
+    if (static_cast<int>(sc.plan_texts.size()) >= kMaxHandedPlans) sc.plan_texts.erase(sc.plan_texts.begin());
+    sc.plan_texts.push_back(ReadModuleFile(p));
     return kSOk;
 }
 
@@ -84,8 +88,21 @@ void TextDrawn(void* hdc, const char* utf8, double x, double y, double width, do
     inst->text_now.push_back(std::move(text));
 }
 
+// The keys held; 0 while the simulator's window is in the background.
+int KeyboardState(uint8_t state[256]) {
+    const PcKeyboard& k = g_host.keyboard;
+    for (size_t i = 0; i < k.down.size(); ++i) state[i] = k.down[i];
+    return k.foreground ? 1 : 0;
+}
+
+void KeyboardHook(intptr_t (*proc)(int, uintptr_t, intptr_t)) {
+    g_host.keyboard.hook = proc;
+    if (proc != nullptr) ++g_host.keyboard.hooks_set;
+}
+
 const OrbHostInterface kInterface = {
-    1, &FindWindow, &SendMessage, &SimConnectOpen, &SimConnectClose, &SimConnectFlightPlanLoad, &TextDrawn,
+    3, &FindWindow, &SendMessage, &SimConnectOpen, &SimConnectClose, &SimConnectFlightPlanLoad, &TextDrawn,
+    nullptr, &KeyboardState, &KeyboardHook,
 };
 }  // namespace
 

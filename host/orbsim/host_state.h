@@ -7,9 +7,12 @@
 
 #include "aircraft_model.h"
 #include "fsuipc_server.h"
+#include "gps_block.h"
 #include "gauge_store.h"
 #include "key_event_log.h"
+#include "keyboard.h"
 #include "traffic_source.h"
+#include "xml_gauge.h"
 
 #include <panel_sdk.h>
 
@@ -53,6 +56,7 @@ struct SimConnectState {
     std::string client_name;
     std::vector<std::string> plans;           // paths handed to the plan load, in order
     std::vector<bool> plan_existed;           // whether each file was there when handed over
+    std::vector<std::string> plan_texts;      // each handed file's text at the moment (the last kMaxHandedPlans)
 };
 
 struct HostState {
@@ -62,6 +66,9 @@ struct HostState {
     SimConnectState simconnect;
     GaugeStore gauges;
     TrafficSource traffic;                    // the outside traffic gauge orbsim plays
+    GpsDataBlock gps;                         // the simulator GPS's route, as its data block
+    std::vector<XmlGauge> xml_gauges;         // the panel's XML gauges, played beside the module's
+    PcKeyboard keyboard;                      // the PC keyboard and the module's hook on it
     // Module
     void* module = nullptr;                   // dlopen handle
     MODULE_LINKAGE* linkage = nullptr;

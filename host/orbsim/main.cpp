@@ -2,6 +2,7 @@
 // the whole script, runs it, and shuts the module down as the simulator does.
 #include "host_state.h"
 #include "png_out.h"
+#include "live_server.h"
 #include "script.h"
 #include "simulator.h"
 #include "text_util.h"
@@ -23,9 +24,13 @@ constexpr long kMaxScriptBytes = 16 << 20;  // a script is text a person wrote
 
 const char kHelp[] =
     "usage: orbsim [OPTIONS] SCRIPT\n"
+    "       orbsim [OPTIONS] --serve PANEL [--port N] [--start SCRIPT]\n"
     "\n"
     "The simulator stand-in: loads GAUGES/orb1.gau below the simulator folder as the\n"
     "simulator does, and runs SCRIPT against it (one command a line, # comments).\n"
+    "With --serve it flies PANEL in real time instead and serves the live panel on\n"
+    "http://127.0.0.1:PORT/: every open window's gauges, clicks on them, the PC\n"
+    "keyboard as the MCU's keyboard entry, and the aircraft's side panel.\n"
     "\n"
     "options:\n"
     "  --sim DIR          the simulator folder (default data/sim)\n"
@@ -34,6 +39,10 @@ const char kHelp[] =
     "  --generation 9|10  play the FS2004 (9) or FSX (10) generation (default 10)\n"
     "  --no-fsuipc        no FSUIPC server window\n"
     "  --no-simconnect    no SimConnect (the module's open fails)\n"
+    "  --serve PANEL      fly PANEL in real time and serve it as a live web page on\n"
+    "                     127.0.0.1 (no script); Ctrl-C stops\n"
+    "  --port N           the live page's port (default 8080; 0 any free one)\n"
+    "  --start SCRIPT     with --serve: a script run once the panel is loaded\n"
     "  --help             this text\n"
     "\n"
     "commands:\n"
@@ -43,11 +52,19 @@ const char kHelp[] =
     "                              and TICK18 (18 Hz) at the simulation rate\n"
     "  frames N                    draw N frames without moving time\n"
     "  measure SECONDS             as run, printing the module's work a frame and each gauge's\n"
-    "  click GAUGE X Y [BUTTON]    a click at bezel pixel X,Y of GAUGE or GAUGE#N\n"
+    "  click GAUGE X Y [BUTTON]    a click at bezel pixel X,Y of GAUGE or GAUGE#N (or an XML gauge's area)\n"
     "  key GAUGE NAME              press a CDU key by its name (EXEC, LSK2L, RTE, ...)\n"
     "  type GAUGE TEXT             press the CDU keys that type TEXT, a frame after each\n"
+    "  keyboard TEXT               type on the PC keyboard: each letter or digit, or {NAME}\n"
+    "                              ({ENTER} {BACKSPACE} {UP} {DOWN} {PGUP} {PGDN} {SHIFT} ...),\n"
+    "                              down for a frame and up for a frame; the module's hook sees\n"
+    "                              each stroke before the simulator's bindings\n"
+    "  keyboard-key NAME [press|down|up]\n"
+    "                              one PC key; down holds it (again: an auto-repeat) until up\n"
+    "  keyboard-focus on|off       the simulator's window in front of (on) or behind others\n"
     "  traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID\n"
     "                              play the outside traffic gauge: its export and moving targets\n"
+    "  gps clear|add IDENT LAT LON the route in the simulator's GPS (its data block)\n"
     "  set NAME VALUE              a token (number or name, raw units), A:NAME[, UNIT] or L:NAME\n"
     "  aircraft KEY=VALUE ...      place and configure the aircraft (lat lon alt hdg ias gs vs\n"
     "                              wind=DIR/SPEED var fuel rate ap_hdg_hold hdg_bug ...)\n"
@@ -98,6 +115,8 @@ int main(int argc, char** argv) {
     std::string out_dir = ".";
     std::string script_path;
     HostState& host = g_host;
+    LiveOptions live;
+    bool serve = false;
 
     // 1. Options.
     for (int i = 1; i < argc; ++i) {
@@ -129,6 +148,21 @@ int main(int argc, char** argv) {
             host.fsuipc.enabled = false;
         } else if (arg == "--no-simconnect") {
             host.simconnect.enabled = false;
+        } else if (arg == "--serve") {
+            const char* v = value();
+            if (v == nullptr) return Usage("--serve needs a panel file");
+            live.panel = v;
+            serve = true;
+        } else if (arg == "--start") {
+            const char* v = value();
+            if (v == nullptr) return Usage("--start needs a script");
+            live.start_path = v;
+        } else if (arg == "--port") {
+            const char* v = value();
+            double port = 0;
+            if (v == nullptr || !ParseNumber(v, port) || port < 0 || port > 65535 || port != static_cast<int>(port))
+                return Usage("--port needs a whole number from 0 to 65535");
+            live.port = static_cast<int>(port);
         } else if (!arg.empty() && arg[0] == '-') {
             return Usage("unknown option '" + arg + "'");
         } else if (script_path.empty()) {
@@ -136,6 +170,32 @@ int main(int argc, char** argv) {
         } else {
             return Usage("one script at a time; '" + arg + "' is a second");
         }
+    }
+    if (serve && !script_path.empty()) return Usage("--serve runs a panel, not a script; '" + script_path + "' is one");
+    if (!live.start_path.empty() && !serve) return Usage("--start goes with --serve");
+    if (serve) {
+        if (!live.start_path.empty()) {
+            std::ifstream start(live.start_path, std::ios::binary);
+            if (!start) {
+                std::fprintf(stderr, "%s: cannot read the script\n", live.start_path.c_str());
+                return 2;
+            }
+            live.start_text.assign(std::istreambuf_iterator<char>(start), std::istreambuf_iterator<char>());
+        }
+        ScriptRun run;
+        run.script_path = "--serve";
+        run.sim_dir = Absolute(sim_dir);
+        run.out_dir = Absolute(out_dir);
+        if (access(run.sim_dir.c_str(), R_OK | X_OK) != 0) {
+            std::fprintf(stderr, "orbsim: %s: no such simulator folder\n", sim_dir.c_str());
+            return 2;
+        }
+        std::string error;
+        ExitCode code = ServeLivePanel(host, run, live, error);
+        FinishRun(run);
+        if (code != ExitCode::Ok) std::fprintf(stderr, "%s\n", error.c_str());
+        StopModule(host);
+        return static_cast<int>(code);
     }
     if (script_path.empty()) return Usage("no script given");
 

@@ -11,6 +11,8 @@
 
 #include "sim_values.h"
 
+#include <gps_data_block.h>
+
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -123,6 +125,11 @@ void FSAPI InitializeVarByName(MODULE_VAR* var, PSTRINGZ name) {
     std::string n = SafeName(name);
     var->var_ptr = nullptr;
     var->var_type = VAR_TYPE_NONE;
+    if (n == kGpsDataBlockName) {  // the simulator's GPS block, always there
+        var->var_ptr = g_host.gps.bytes.data();
+        var->var_value.p = var->var_ptr;
+        return;
+    }
     for (const ModuleVariable& v : g_host.module_vars)
         if (v.name == n) {
             var->var_ptr = v.pointer;

@@ -66,25 +66,24 @@ bool MakeFolders(const std::string& folder, std::string& error) {
     return true;
 }
 
-bool WritePng(const std::string& path, const Bitmap& picture, std::string& error) {
-    if (picture.width <= 0 || picture.height <= 0) {
-        error = "the gauge has no picture";
-        return false;
-    }
-    size_t slash = path.rfind('/');
-    if (slash != std::string::npos && !MakeFolders(path.substr(0, slash), error)) return false;
-    std::string temporary = path + ".part";
-    std::FILE* file = std::fopen(temporary.c_str(), "wb");
-    if (file == nullptr) {
-        error = temporary + ": " + std::strerror(errno);
-        return false;
-    }
+namespace {
+void AppendToString(png_structp png, png_bytep data, png_size_t length) {
+    auto* out = static_cast<std::string*>(png_get_io_ptr(png));
+    out->append(reinterpret_cast<const char*>(data), length);
+}
+void NoFlush(png_structp) {}
+}  // namespace
+
+bool EncodePng(const Bitmap& picture, int compression_level, std::string& out) {
+    out.clear();
+    if (picture.width <= 0 || picture.height <= 0) return false;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     std::vector<uint8_t> row(static_cast<size_t>(picture.width) * 4);
     volatile bool ok = png != nullptr && info != nullptr;
     if (ok && setjmp(png_jmpbuf(png)) == 0) {
-        png_init_io(png, file);
+        png_set_write_fn(png, &out, AppendToString, NoFlush);
+        png_set_compression_level(png, compression_level);
         png_set_IHDR(png, info, static_cast<png_uint_32>(picture.width), static_cast<png_uint_32>(picture.height), 8,
                      PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_write_info(png, info);
@@ -105,7 +104,29 @@ bool WritePng(const std::string& path, const Bitmap& picture, std::string& error
         ok = false;
     }
     if (png) png_destroy_write_struct(&png, info ? &info : nullptr);
-    if (std::fclose(file) != 0) ok = false;
+    if (!ok) out.clear();
+    return ok;
+}
+
+bool WritePng(const std::string& path, const Bitmap& picture, std::string& error) {
+    if (picture.width <= 0 || picture.height <= 0) {
+        error = "the gauge has no picture";
+        return false;
+    }
+    size_t slash = path.rfind('/');
+    if (slash != std::string::npos && !MakeFolders(path.substr(0, slash), error)) return false;
+    std::string bytes;
+    std::string temporary = path + ".part";
+    bool ok = EncodePng(picture, -1, bytes);  // zlib's default level
+    std::FILE* file = ok ? std::fopen(temporary.c_str(), "wb") : nullptr;
+    if (ok && file == nullptr) {
+        error = temporary + ": " + std::strerror(errno);
+        return false;
+    }
+    if (file != nullptr) {
+        ok = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+        if (std::fclose(file) != 0) ok = false;
+    }
     if (!ok || std::rename(temporary.c_str(), path.c_str()) != 0) {
         std::remove(temporary.c_str());
         error = path + ": the picture could not be written";

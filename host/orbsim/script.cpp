@@ -9,6 +9,7 @@
 #include "script.h"
 
 #include "cdu_keys.h"
+#include "keyboard.h"
 #include "route_plot.h"
 
 #include "aircraft_fields.h"
@@ -107,7 +108,11 @@ constexpr CommandSpec kCommands[] = {
     {"profile", 1, 2, "profile FILE [PREDICTIONS]"},
     {"key", 2, -1, "key GAUGE NAME"},
     {"type", 2, -1, "type GAUGE TEXT"},
+    {"keyboard", 1, -1, "keyboard TEXT (letters, digits, {ENTER} and other named keys)"},
+    {"keyboard-key", 1, 2, "keyboard-key NAME [press|down|up]"},
+    {"keyboard-focus", 1, 1, "keyboard-focus on|off"},
     {"traffic", 1, 8, "traffic on|off|clear|add ID LAT LON ALT [HDG KT VS]|remove ID"},
+    {"gps", 1, 4, "gps clear|add IDENT LAT LON"},
 };
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
@@ -298,6 +303,30 @@ bool CheckLine(const ScriptLine& line, std::string& error) {
         return false;
     }
     if (name == "traffic" && !CheckTrafficCommand(w, error)) return false;
+    if (name == "gps" && !CheckGpsCommand(w, error)) return false;
+    if (name == "keyboard") {
+        std::array<std::string, 128> keys;
+        int count = 0;
+        if (!SplitKeyboardText(Join(w, 1, w.size()), error, keys, count)) return false;
+    }
+    if (name == "keyboard-key") {
+        uint8_t scan = 0;
+        int vk = 0;
+        std::string canonical;
+        if (!KeyByName(w[1], scan, vk, canonical)) {
+            error = "no key '" + w[1] + "' (a letter, a digit, ENTER, NUMPADENTER, BACKSPACE, UP, DOWN, PGUP, PGDN, "
+                    "SHIFT, CTRL, ALT, SPACE or ESC)";
+            return false;
+        }
+        if (w.size() == 3 && w[2] != "press" && w[2] != "down" && w[2] != "up") {
+            error = "usage: keyboard-key NAME [press|down|up]";
+            return false;
+        }
+    }
+    if (name == "keyboard-focus" && w[1] != "on" && w[1] != "off") {
+        error = "usage: keyboard-focus on|off";
+        return false;
+    }
     if (name == "simconnect" && w[1] != "on" && w[1] != "off") {
         error = "simconnect on|off";
         return false;
@@ -563,6 +592,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         }
         return Fail(error, "fsuipc has requests, lookups, rejected, library, tower.*, and 0xOFFSET[.SIZE]");
     }
+    if (head == "gps" && p.size() == 2 && p[1] == "count") return value = Number(static_cast<double>(host.gps.fixes.size())), true;
     if (head == "traffic" && p.size() == 2) {
         double n = 0;
         if (!TrafficValue(host, p[1], n, error)) return false;
@@ -576,6 +606,7 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "plans") return value = Number(static_cast<double>(s.plans.size())), true;
         if (p[1] == "last_plan") return value = Text(s.plans.empty() ? "" : s.plans.back()), true;
         if (p[1] == "last_plan_existed") return value = Number(!s.plan_existed.empty() && s.plan_existed.back()), true;
+        if (p[1] == "last_plan_text") return value = Text(s.plan_texts.empty() ? "" : s.plan_texts.back()), true;
         return Fail(error, "simconnect has opens, closes, open, plans, last_plan, last_plan_existed");
     }
     if (head == "profile" && p.size() == 2) {
@@ -588,6 +619,16 @@ bool EvaluateWhat(HostState& host, const ScriptRun& run, const std::string& what
         if (p[1] == "worst_approach_miss") return value = Number(f.worst_approach_miss), true;
         if (p[1] == "max_altitude") return value = Number(f.max_altitude), true;
         return Fail(error, "profile has rows, restricted, passed, worst_miss, worst_approach_miss and max_altitude");
+    }
+    if (head == "keyboard" && p.size() == 2) {
+        const PcKeyboard& k = host.keyboard;
+        if (p[1] == "hook") return value = Number(k.hook != nullptr ? 1 : 0), true;
+        if (p[1] == "hooks_set") return value = Number(static_cast<double>(k.hooks_set)), true;
+        if (p[1] == "strokes") return value = Number(static_cast<double>(k.strokes)), true;
+        if (p[1] == "swallowed") return value = Number(static_cast<double>(k.swallowed)), true;
+        if (p[1] == "reached") return value = Text(k.reached), true;
+        if (p[1] == "focus") return value = Number(k.foreground ? 1 : 0), true;
+        return Fail(error, "keyboard has hook, hooks_set, strokes, swallowed, reached and focus");
     }
     if (what == "slots.missing") return value = Number(static_cast<double>(host.missing_slot_calls)), true;
     if (what == "calculator.calls") return value = Number(static_cast<double>(host.calculator_calls)), true;
@@ -826,6 +867,12 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
         } else if (cmd == "click") {
             if (!need_panel()) return bad("click needs a panel: no panel is loaded");
             GaugeInstance* inst = FindInstance(host.gauges, w[1]);
+            bool xml_hit = false;
+            if (inst == nullptr && ClickXmlGauge(host, w[1], static_cast<int>(std::atof(w[2].c_str())),
+                                                 static_cast<int>(std::atof(w[3].c_str())), xml_hit)) {
+                if (!xml_hit) std::fprintf(stderr, "orbsim: %sclick at %s,%s of %s hit no area\n", where.c_str(), w[2].c_str(), w[3].c_str(), w[1].c_str());
+                continue;
+            }
             if (inst == nullptr) return bad("no gauge '" + w[1] + "' on the panel");
             const PanelWindow& window = host.gauges.windows[static_cast<size_t>(inst->window)];
             if (!window.virtual_cockpit && !window.visible)
@@ -868,6 +915,36 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 if (!result.delivered) return bad("key " + std::string(key->name) + " of " + inst->name + " took no click");
                 RunFrame(host, false);
             }
+        } else if (cmd == "keyboard" || cmd == "keyboard-key") {
+            // A pilot at the PC keyboard: each key down for a drawn frame, then
+            // up for one, so that the MCU's poll sees every press.
+            if (!need_panel()) return bad(cmd + " needs a panel: no panel is loaded");
+            std::array<std::string, 128> keys;
+            int count = 0;
+            std::string mode = "press";
+            if (cmd == "keyboard") {
+                if (!SplitKeyboardText(Join(w, 1, w.size()), why, keys, count)) return bad(why);
+            } else {
+                keys[0] = w[1];
+                count = 1;
+                if (w.size() == 3) mode = w[2];
+            }
+            for (int i = 0; i < count; ++i) {
+                uint8_t scan = 0;
+                int vk = 0;
+                std::string canonical;
+                KeyByName(keys[static_cast<size_t>(i)], scan, vk, canonical);
+                if (mode != "up") {
+                    KeyDown(host, scan, vk, canonical);
+                    RunFrame(host, false);
+                }
+                if (mode != "down") {
+                    KeyUp(host, scan, vk);
+                    RunFrame(host, false);
+                }
+            }
+        } else if (cmd == "keyboard-focus") {
+            host.keyboard.foreground = w[1] == "on";
         } else if (cmd == "set") {
             std::string name = Join(w, 1, w.size() - 1);
             ParseNumber(w.back(), number);
@@ -1067,6 +1144,8 @@ ExitCode RunScript(HostState& host, ScriptRun& run, const std::vector<ScriptLine
                 if (static_cast<int>(list.size()) >= kMaxRunwayAirports) return bad("more than 16 airports with runways");
                 list.push_back(answer);
             }
+        } else if (cmd == "gps") {
+            if (!RunGpsCommand(host.gps, w, why)) return bad(why);
         } else if (cmd == "traffic") {
             std::string why;
             if (!RunTrafficCommand(host, w, why)) return bad(why);

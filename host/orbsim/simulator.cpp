@@ -100,6 +100,7 @@ bool LoadPanel(HostState& host, const std::string& path, std::string& error) {
         ClearInstances(host.gauges);
     }
     if (!BuildInstances(host.gauges, panel, host.linkage, path, error)) return false;
+    if (!LoadXmlGauges(host, path, error)) return false;
     RunLoadServices(host.gauges);
     return true;
 }
@@ -136,6 +137,7 @@ void RunFrame(HostState& host, bool advance) {
     }
     // The outside traffic gauge refreshes its block before the gauges draw.
     PublishTraffic(host);
+    if (host.gauges.loaded) RunXmlGauges(host);  // the panel's XML gauges update first
     if (host.gauges.loaded) DrawFrame(host.gauges);
 }
 

@@ -42,7 +42,7 @@ struct OrbDrawnText {
 };
 
 struct OrbHostInterface {
-    int version;             // 1, or 2 with text_drawn_box
+    int version;             // 1, 2 with text_drawn_box, 3 with the keyboard
     // Window messages: FindWindowExA and SendMessageA end here.
     void* (*find_window)(const char* class_name, const char* window_name);
     intptr_t (*send_message)(void* window, unsigned message, uintptr_t wparam, intptr_t lparam);
@@ -58,6 +58,16 @@ struct OrbHostInterface {
     // Version 2: the same strings with both boxes, the baseline and the angle.
     // May be null.
     void (*text_drawn_box)(const OrbDrawnText* text);
+    // Version 3: the PC keyboard. The state of its keys, one byte a
+    // DirectInput scan code, bit 0x80 down; the result is 0 while the
+    // simulator's window is in the background (the device's input is lost),
+    // and the state is filled either way. May be null.
+    int (*keyboard_state)(uint8_t state[256]);
+    // The thread keyboard hook: the host passes each key stroke meant for the
+    // simulator through `proc` first (code 0, the virtual key, the key
+    // message's lParam); a result other than 0 keeps it from the simulator.
+    // Null removes the hook. May be null.
+    void (*keyboard_hook)(intptr_t (*proc)(int code, uintptr_t wparam, intptr_t lparam));
 };
 
 // Exported by the host program; may be absent.

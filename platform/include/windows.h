@@ -41,6 +41,9 @@ typedef const char* LPCSTR;
 typedef void* LPVOID;
 typedef DWORD* LPDWORD;
 typedef intptr_t (*FARPROC)(void);
+typedef short SHORT;
+typedef void* HHOOK;
+typedef LRESULT (*HOOKPROC)(int code, WPARAM wParam, LPARAM lParam);
 
 #ifndef TRUE
 #define TRUE 1
@@ -120,7 +123,21 @@ FARPROC GetProcAddress(HMODULE hModule, LPCSTR lpProcName);
 BOOL FreeLibrary(HMODULE hLibModule);
 DWORD GetTickCount(void);
 void OutputDebugStringA(LPCSTR lpOutputString);
+// The thread keyboard hook and the key state: the host's keyboard.
+HHOOK SetWindowsHookExA(int idHook, HOOKPROC lpfn, HINSTANCE hmod, DWORD dwThreadId);
+BOOL UnhookWindowsHookEx(HHOOK hhk);
+LRESULT CallNextHookEx(HHOOK hhk, int nCode, WPARAM wParam, LPARAM lParam);
+DWORD GetCurrentThreadId(void);
+SHORT GetKeyState(int nVirtKey);
 }
+
+#define WH_KEYBOARD 2
+#define HC_ACTION 0
+#define VK_BACK 0x08
+#define VK_RETURN 0x0D
+#define VK_SHIFT 0x10
+#define VK_CONTROL 0x11
+#define VK_MENU 0x12
 
 #define INVALID_FILE_ATTRIBUTES ((DWORD)-1)
 #define FILE_BEGIN 0

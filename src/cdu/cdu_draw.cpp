@@ -1,5 +1,5 @@
 // cdu_draw.cpp: the page dispatch of the Boeing-style CDU, and the hand-over
-// of the GNS pair to its own dispatcher (gns_draw.cpp).
+// of the GNS and MCU pairs to their own dispatchers.
 //
 // Immediate mode: a click only set a latch or edited the entry line; here,
 // once per drawn frame, the page of CduPage reads the latches, carries the
@@ -10,6 +10,7 @@
 #include "cdu/cdu_screen.h"
 #include "cdu/gns_screen.h"
 #include "cdu/keypad.h"
+#include "cdu/mcu_pages.h"
 #include "cdu/nav_ref_pages.h"
 #include "cdu/perf_pages.h"
 #include "cdu/route_pages.h"
@@ -108,5 +109,6 @@ void SmithsPageDispatcher(HDC hdc, int width, int height) {
 
 void DrawCdu(GaugeId id, HDC hdc, int width, int height) {
     if (id == GaugeId::SMITHS_FMS || id == GaugeId::SMITHS_FMS_BR) SmithsPageDispatcher(hdc, width, height);
+    if (id == GaugeId::MCU || id == GaugeId::MCU_LM) McuPageDispatcher(hdc, width, height);
     if (id == GaugeId::GNSXLS || id == GaugeId::GNSXLS_LM) GnsPageDispatcher(hdc, width, height);
 }

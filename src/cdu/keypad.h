@@ -146,7 +146,7 @@ extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR
 
 // [SECTION] GNS and MCU families
 // The GNS pair's state is GnsPageState (its pages in gns_*.cpp); the MCU's
-// pages come later, and these hold what the frame already reads.
+// page state is McuPageState.
 struct KeypadState {
     int CduPage = 0;                          // page shown
     std::array<char, kScratchpadCapacity> Scratchpad{};

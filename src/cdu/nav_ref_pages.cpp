@@ -20,6 +20,7 @@
 #include "guidance/geodesy.h"
 #include "plan/plan_tables.h"
 #include "plan/route_files.h"
+#include "plan/sim_plans.h"
 
 #include <array>
 #include <cmath>
@@ -148,9 +149,9 @@ void SaveFlightPlanCommand() {
 }
 
 namespace {
-// "LOAD ATC RTE>": the simulator's own plan comes only from its GPS data,
-// which this build does not read yet; the pilot is told there is none.
-void LoadSimulatorRoute() { SetCduMessage(cdu_message::kNoActiveGpsRte); }
+// "LOAD ATC RTE>": the simulator's own plan, from its GPS data; the import
+// tells the pilot on the message line either way.
+void LoadSimulatorRoute() { ImportSimulatorGpsRoute(0); }
 }  // namespace
 
 void InitRefIndexPage(CduScreen& screen) {

@@ -304,6 +304,7 @@ void LnavSequence() {
             SetAirport(Row(last).Ident.data(), 1);
             l.DepartedFlag = 2;
             if (g_config.McuShowActiveRwys == 1) ReadActiveRunways(Row(last).Ident.data());
+            g_runway_tuning.selected = kNoRunwaySelected;  // the origin's runway is no longer wanted
         }
     }
     // 12. Cross track against the reference leg.

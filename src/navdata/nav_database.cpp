@@ -688,21 +688,59 @@ void PrefetchStep(SubsetPrefetch& p, const BulkTable& table, double radius, bool
     }
 }
 
+// The airway fix table holds a fix once for each airway through it: the map
+// would draw a busy fix four times over. A fix already taken (same ident, same
+// position) is left out of the inner subset; an open-addressed table of row
+// numbers, sized for the outer subset, finds it without allocating.
+class SeenFixes {
+public:
+    void Clear() { slots_.fill(0); }
+    // True when `r` was already added; else notes it (row `row` of `rows`).
+    template <size_t R>
+    bool SeenOrAdd(const std::array<NearbyRecord, R>& rows, int row) {
+        const NearbyRecord& r = rows[row];
+        uint32_t h = 2166136261u;
+        for (char c : r.Ident) {
+            if (c == 0) break;
+            h = (h ^ static_cast<uint8_t>(c)) * 16777619u;
+        }
+        h ^= static_cast<uint32_t>(std::llround(r.Latitude * 1e6)) * 2654435761u;
+        h ^= static_cast<uint32_t>(std::llround(r.Longitude * 1e6)) * 40503u;
+        for (uint32_t i = 0; i < kSlots; ++i) {
+            int& slot = slots_[(h + i) & (kSlots - 1)];
+            if (slot == 0) {
+                slot = row;
+                return false;
+            }
+            const NearbyRecord& seen = rows[slot];
+            if (seen.Latitude == r.Latitude && seen.Longitude == r.Longitude && seen.Ident == r.Ident) return true;
+        }
+        return false;  // full: keep the row rather than lose a fix
+    }
+
+private:
+    static constexpr uint32_t kSlots = 16384;  // a power of two above twice the inner subset's rows
+    std::array<int, kSlots> slots_{};          // row numbers of the subset being filled; 0 empty
+};
+
 template <int N, int M>
 void FillFromSubset(ProximitySubset<N>& subset, const ProximitySubset<M>& source, double radius, double measure_latitude,
-                    double measure_longitude, double latitude, double longitude) {
+                    double measure_longitude, double latitude, double longitude, SeenFixes* seen = nullptr) {
     // This runs inside a map frame: the latitude test skips most of the outer
     // subset before any trigonometry. The margin keeps it from ever refusing
     // a row that GreatCircle, rounding, would still put on the radius.
     constexpr double kLatitudeTestMarginNm = 1e-6;
     subset.count = 0;
+    if (seen != nullptr) seen->Clear();
     for (int row = 1; row <= source.count && subset.count < N; ++row) {
         const NearbyRecord& r = source.rows[row];
         if (std::fabs(r.Latitude - measure_latitude) * 60.0 > radius + kLatitudeTestMarginNm) continue;
         double distance = 0, bearing = 0;
         GreatCircle(measure_latitude, measure_longitude, r.Latitude, r.Longitude, distance, bearing);
         if (!(distance <= radius)) continue;
-        subset.rows[++subset.count] = r;
+        subset.rows[subset.count + 1] = r;
+        if (seen != nullptr && seen->SeenOrAdd(subset.rows, subset.count + 1)) continue;
+        ++subset.count;
     }
     subset.centre_latitude = latitude;
     subset.centre_longitude = longitude;
@@ -727,10 +765,13 @@ void BuildProximitySubset(SubsetId subset, double latitude, double longitude) {
         case SubsetId::FixesNear600:
             FillFromBulk(s.FixesNear600, g_navdb.AirwayFixTable, 600, true, latitude, longitude);
             break;
-        case SubsetId::FixesNear200:
+        case SubsetId::FixesNear200: {
             // Measured from the aircraft, whatever centre the map draws around.
-            FillFromSubset(s.FixesNear200, s.FixesNear600, 200, g_sim.latitude, g_sim.longitude, latitude, longitude);
+            static SeenFixes seen;
+            FillFromSubset(s.FixesNear200, s.FixesNear600, 200, g_sim.latitude, g_sim.longitude, latitude, longitude,
+                           &seen);
             break;
+        }
     }
 }
 

@@ -1,6 +1,6 @@
 // sim_plans.cpp: the active plan written as the newer simulator's XML plan
-// and handed over through SimConnect. The file is declared Windows-1252, so
-// the degree sign is the single byte 0xB0. The .PLN reader is still to come.
+// and handed over through SimConnect. The file written is declared
+// Windows-1252, so the degree sign is the single byte 0xB0.
 #include "plan/sim_plans.h"
 
 #include "frame/module_state.h"
@@ -17,6 +17,7 @@
 namespace {
 
 constexpr char kPlanFile[] = "\\Orb\\Navdata\\tmpfplan.pln";
+
 constexpr char kDegreeSign = static_cast<char>(0xB0);  // Windows-1252
 
 // "N47:26:03" becomes "N47° 26' 03": the file's pattern adds the seconds mark.
@@ -49,8 +50,6 @@ void PositionTexts(const PlanWaypoint& row, char* lat, char* lon, size_t size) {
 }
 
 }  // namespace
-
-int ConvertPlanFile(const char*) { return kConvertFailed; }
 
 int WriteSimulatorPlan() {
     PlanContext& pc = g_plan.context;

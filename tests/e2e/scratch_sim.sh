@@ -11,6 +11,10 @@
 # can satisfy an `expect file`. What the module writes (logs, saved routes)
 # lands in the copy, never in SOURCE.
 #
+# An overlay file named FILE.set holds KEY=VALUE lines: each replaces the
+# line of that key in the copied FILE (a profile or configuration), so that a
+# test that needs one option changed doesn't carry a copy of the whole file.
+#
 # Left out of the copy: the module and what runs leave in a simulator folder
 # (the diagnostic log, the flight logs), so that a test starts as on a clean
 # machine whatever `./orb sim` did to SOURCE.
@@ -47,6 +51,24 @@ tar -C "$source" --exclude=./GAUGES/orb1.gau --exclude=./orb/orb1.log --exclude=
 ln -s "$module" "$testdir/sim/GAUGES/orb1.gau"
 if [ "$overlay" != "-" ]; then
     cp -R "$overlay/." "$testdir/sim/"
+    find "$testdir/sim" -name '*.set' | while read -r settings; do
+        target=${settings%.set}
+        if [ ! -f "$target" ]; then
+            echo "scratch_sim.sh: $settings: no file ${target#"$testdir/sim/"} to set" >&2
+            exit 2
+        fi
+        while IFS= read -r line || [ -n "$line" ]; do
+            key=${line%%=*}
+            if ! grep -q "^$key=" "$target"; then
+                echo "scratch_sim.sh: $settings: no line $key= in ${target#"$testdir/sim/"}" >&2
+                exit 2
+            fi
+            # The key's line, whatever its value, becomes the given one.
+            awk -v key="$key" -v line="$line" 'index($0, key "=") == 1 { print line; next } { print }' \
+                "$target" >"$target.tmp" && mv "$target.tmp" "$target"
+        done <"$settings"
+        rm "$settings"
+    done
 fi
 
 if [ $# -gt 0 ]; then

@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <cctype>
 #include <set>
 #include <string>
 
@@ -117,14 +118,17 @@ TEST(ModuleLoad, WindowsBuildExportsTwoNamesAndImportsOnlySystemLibraries) {
     }
     EXPECT_EQ(exports, (std::set<std::string>{"ImportTable", "Linkage"}));
     // Imports: system libraries that an old Windows has; SimConnect is found at run time.
-    const std::set<std::string> allowed = {"KERNEL32.dll", "USER32.dll", "GDI32.dll", "gdiplus.dll",
-                                           "msvcrt.dll", "ADVAPI32.dll", "WINMM.dll", "DINPUT8.dll"};
+    // Windows matches library names without regard to case ("dinput8.dll" as its import library spells it).
+    const std::set<std::string> allowed = {"KERNEL32.DLL", "USER32.DLL", "GDI32.DLL", "GDIPLUS.DLL",
+                                           "MSVCRT.DLL", "ADVAPI32.DLL", "WINMM.DLL", "DINPUT8.DLL"};
     size_t pos = 0;
     int imports = 0;
     while ((pos = dump.find("DLL Name: ", pos)) != std::string::npos) {
         pos += 10;
         std::string name = dump.substr(pos, dump.find('\n', pos) - pos);
-        EXPECT_TRUE(allowed.count(name)) << "unexpected import " << name;
+        std::string upper = name;
+        for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        EXPECT_TRUE(allowed.count(upper)) << "unexpected import " << name;
         ++imports;
     }
     EXPECT_GT(imports, 0);

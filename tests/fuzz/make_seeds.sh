@@ -77,6 +77,19 @@ pieces fuzz_nav_files "$navdata"/*.txt
 whole fuzz_nav_files $routes
 whole fuzz_route_lines $routes
 whole fuzz_procedure_files "$navdata/sids.txt" "$navdata/sids_user.txt" "$navdata/stars.txt" "$navdata/apps.txt"
+# Simulator plans of both forms; other tools' plans behind the byte of their reader
+# (0 .rte, 1 .pln XML, 2 .pln text, 3 .fms 3, 4 .fms 11, 5 .fgfp).
+plans=$(ls "$top"/tests/e2e/*.sim/orb/flightplans/*.PLN "$top"/tests/plan/plans/* 2>/dev/null || true)
+whole fuzz_pln_lines $plans
+picked fuzz_plan_formats 000 $routes
+for f in $plans; do
+    case "$f" in
+        *.PLN|*.pln) if head -c 1 "$f" | grep -q '<'; then picked fuzz_plan_formats 001 "$f"; else picked fuzz_plan_formats 002 "$f"; fi ;;
+        *_v3.fms) picked fuzz_plan_formats 003 "$f" ;;
+        *.fms) picked fuzz_plan_formats 004 "$f" ;;
+        *.fgfp) picked fuzz_plan_formats 005 "$f" ;;
+    esac
+done
 # The model's own coefficient text, one row a line, as the module holds it.
 mkdir -p "$seeds/fuzz_geomag"
 sed -n 's/^    "\(.*\)",\{0,1\}$/\1/p' "$top/src/navdata/wmm2005_coefficients.cpp" > "$seeds/wmm2005.txt"

@@ -588,3 +588,31 @@ TEST(AirportDetail, SetAirportModes) {
     SetAirport("NONE", 3);
     EXPECT_STREQ(g_plan.ActivePlan[0].Ident.data(), "KSEA");
 }
+
+// A fix on several airways is a row of the airway fix table for each; the
+// map's subset takes it once. A fix of the same ident elsewhere is another fix.
+TEST(NavDatabase, InnerFixSubsetTakesAFixOnManyAirwaysOnce) {
+    SimFolder sim;
+    sim.Write("orb/navdata/awys.txt",
+              "J1 1 ALDER 46.821560 -122.414220\n"
+              "J1 2 NORMY 47.429553 -121.721225\n"
+              "J189 1 ALDER 46.821560 -122.414220\n"
+              "V204 5 ALDER 46.821560 -122.414220\n"
+              "V495 3 ALDER 46.821561 -122.414220\n"   // a rounding apart: not the same place
+              "V120 7 NORMY 47.429553 -121.721225\n"
+              "V9 1 ALDER 10.000000 10.000000\n");     // the far namesake, out of range
+    LoadNavDatabase();
+    g_sim.latitude = 47.0;
+    g_sim.longitude = -122.0;
+    BuildProximitySubset(SubsetId::FixesNear600, 47.0, -122.0);
+    ASSERT_EQ(g_nearby.FixesNear600.count, 6);
+    BuildProximitySubset(SubsetId::FixesNear200, 47.0, -122.0);
+    ASSERT_EQ(g_nearby.FixesNear200.count, 3);
+    EXPECT_STREQ(g_nearby.FixesNear200.rows[1].Ident.data(), "ALDER");
+    EXPECT_STREQ(g_nearby.FixesNear200.rows[2].Ident.data(), "NORMY");
+    EXPECT_STREQ(g_nearby.FixesNear200.rows[3].Ident.data(), "ALDER");
+    EXPECT_DOUBLE_EQ(g_nearby.FixesNear200.rows[3].Latitude, 46.821561);
+    // A rebuild starts from nothing: the same fixes come back, no fewer.
+    BuildProximitySubset(SubsetId::FixesNear200, 47.0, -122.0);
+    EXPECT_EQ(g_nearby.FixesNear200.count, 3);
+}

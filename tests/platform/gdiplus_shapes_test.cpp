@@ -260,6 +260,86 @@ TEST(GdiplusShapes, TransformsMoveThePixels) {
     EXPECT_EQ(t.InkedAll(), 100);
 }
 
+// Under a curved clip the stand-in sends a long run of drawing through a
+// layer composited once: the picture must still be what drawing each shape
+// through the clip gives, in the order drawn, across saves that only guard a
+// transform, a clear and the end of the graphics object, and a pooled layer
+// must leave nothing behind for the next graphics object.
+TEST(GdiplusShapes, LongRunsUnderACurvedClipKeepOrderAndLeaveNothingBehind) {
+    BrushOf red(kRed), green(kGreen), blue(kBlue), none(0);
+    GpPath* disc = nullptr;
+    ASSERT_EQ(GdipCreatePath(FillModeAlternate, &disc), Ok);
+    ASSERT_EQ(GdipAddPathEllipseI(disc, 20, 20, 60, 60), Ok);
+    // Invisible shapes, enough to pass any run drawn straight.
+    auto many = [&](GpGraphics* g) {
+        for (int i = 0; i < 100; ++i) ASSERT_EQ(GdipFillRectangleI(g, none.b, 40 + i % 20, 50, 1, 1), Ok);
+    };
+    Canvas c(100, 100);
+    {
+        Sharp s(c);
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 0, 0, 100, 10), Ok);
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        many(s.g);
+        ASSERT_EQ(GdipFillRectangleI(s.g, red.b, 0, 0, 100, 100), Ok);
+        GraphicsState state = 0;
+        ASSERT_EQ(GdipSaveGraphics(s.g, &state), Ok);
+        ASSERT_EQ(GdipTranslateWorldTransform(s.g, 50, 0, MatrixOrderPrepend), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 0, 40, 50, 20), Ok);  // the right half of a band
+        ASSERT_EQ(GdipRestoreGraphics(s.g, state), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 0, 48, 100, 4), Ok);    // over the band, on the left too
+        // A new clip puts what was drawn on the pixels first.
+        ASSERT_EQ(GdipResetClip(s.g), Ok);
+        EXPECT_EQ(c.At(30, 44), kRed);
+        EXPECT_EQ(c.At(60, 44), kGreen);
+        EXPECT_EQ(c.At(60, 50), kBlue);
+        EXPECT_EQ(c.At(30, 50), kBlue);
+        EXPECT_EQ(c.At(60, 30), kRed);
+        EXPECT_EQ(c.At(95, 50), 0u);        // the band beyond the disc stays out
+        EXPECT_EQ(c.At(22, 22), 0u);        // the disc's corner
+        EXPECT_EQ(c.At(50, 5), kBlue);      // the clip's outside keeps what was there
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 45, 45, 10, 10), Ok);
+        EXPECT_EQ(c.At(50, 50), kBlue);
+        // A clear under a curved clip comes after what was drawn before it.
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        many(s.g);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 0, 0, 100, 100), Ok);
+        ASSERT_EQ(GdipGraphicsClear(s.g, 0), Ok);
+        EXPECT_EQ(c.At(50, 50), 0u);
+        EXPECT_EQ(c.At(50, 5), kBlue);
+        // The end of the graphics object puts the rest on the pixels.
+        many(s.g);
+        ASSERT_EQ(GdipFillRectangleI(s.g, red.b, 40, 40, 20, 20), Ok);
+    }
+    EXPECT_EQ(c.At(50, 50), kRed);
+    EXPECT_EQ(c.CountColour(kRed), 400);
+    // The same size again takes the pooled layer: it must come back clear.
+    Canvas again(100, 100);
+    {
+        Sharp s(again);
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        many(s.g);
+        ASSERT_EQ(GdipFillRectangleI(s.g, green.b, 48, 48, 4, 4), Ok);
+    }
+    EXPECT_EQ(again.CountColour(kGreen), 16);
+    EXPECT_EQ(again.Inked(0, 0, 100, 100), 16);
+    // A restore that brings the old clip back puts the clipped drawing down
+    // before what follows it.
+    {
+        Sharp s(again);
+        GraphicsState state = 0;
+        ASSERT_EQ(GdipSaveGraphics(s.g, &state), Ok);
+        ASSERT_EQ(GdipSetClipPath(s.g, disc, CombineModeReplace), Ok);
+        many(s.g);
+        ASSERT_EQ(GdipFillRectangleI(s.g, red.b, 0, 0, 100, 100), Ok);
+        ASSERT_EQ(GdipRestoreGraphics(s.g, state), Ok);
+        ASSERT_EQ(GdipFillRectangleI(s.g, blue.b, 0, 0, 50, 100), Ok);
+        EXPECT_EQ(again.At(40, 50), kBlue);
+        EXPECT_EQ(again.At(60, 50), kRed);
+        EXPECT_EQ(again.At(95, 50), 0u);
+    }
+    GdipDeletePath(disc);
+}
+
 TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     Canvas c(100, 100);
     Sharp s(c);
@@ -271,6 +351,7 @@ TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     // The transform changes after the clip: the clip stays where it was.
     ASSERT_EQ(GdipTranslateWorldTransform(s.g, 30, 0, MatrixOrderPrepend), Ok);
     ASSERT_EQ(GdipFillRectangleI(s.g, red.b, -30, 0, 100, 100), Ok);
+    ASSERT_EQ(GdipFlush(s.g, FlushIntentionSync), Ok);
     EXPECT_EQ(c.At(50, 50), kRed);
     EXPECT_EQ(c.At(22, 22), 0u);
     EXPECT_EQ(c.At(5, 50), 0u);
@@ -283,6 +364,7 @@ TEST(GdiplusShapes, ClipConfinesDrawingInDeviceSpace) {
     ASSERT_EQ(GdipSetClipPath(sh.g, disc, CombineModeReplace), Ok);
     ASSERT_EQ(GdipSetClipRectI(sh.g, 0, 0, 50, 100, CombineModeIntersect), Ok);
     ASSERT_EQ(GdipFillRectangleI(sh.g, red.b, 0, 0, 100, 100), Ok);
+    ASSERT_EQ(GdipFlush(sh.g, FlushIntentionFlush), Ok);
     EXPECT_EQ(h.At(40, 50), kRed);
     EXPECT_EQ(h.At(60, 50), 0u);
 

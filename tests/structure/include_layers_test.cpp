@@ -52,7 +52,9 @@ std::string Folder(const std::string& path) { return path.substr(0, path.find('/
 
 // The files that drive everything: only they may include each other's headers.
 const std::set<std::string> kTop = {"frame/engine_tick", "frame/gauge_callback", "frame/module_entry",
-                                    "frame/gauge_linkage", "frame/orb1_gau"};
+                                    "frame/gauge_linkage", "frame/orb1_gau",
+                                    // SERVER drives LNAV, VNAV and every display's controls
+                                    "frame/server_gauge"};
 // Headers of the top that nothing below it may include. (The gauge table's
 // data, gauge_table.h, is named by every layer; the linkage built from it and
 // the families' handlers is the top's.)
@@ -98,6 +100,10 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"guidance/lnav.cpp", "flightlog/flight_log.h", "sequencing the last waypoint steps the flight's stage"},
     {"navdata/nav_database.cpp", "plan/plan_tables.h", "pilot waypoints are numbered after the plan's own (WPT01, SEA02)"},
     {"plan/plan_rows.cpp", "guidance/holds.h", "the holds' rows move with the plan's rows"},
+    {"plan/pln_convert.cpp", "cdu/keypad.h", "a simulator plan that can't be read is refused on the message line"},
+    {"plan/sim_gps_route.cpp", "cdu/keypad.h", "the GPS route's load is told on the message line"},
+    {"plan/sim_gps_route.cpp", "guidance/holds.h", "a route taken from the GPS removes every hold"},
+    {"plan/sim_gps_route.cpp", "guidance/lnav_state.h", "a route taken from the GPS restarts the distance to the waypoint"},
     {"plan/plan_edit.cpp", "guidance/holds.h", "a deleted row takes its hold; a direct re-points the holds"},
     {"plan/plan_edit.cpp", "cdu/keypad.h", "a restriction is read from the entry line and refused on the message line"},
     {"plan/plan_procedures.cpp", "guidance/holds.h", "a procedure activated in flight leaves the holds on their rows"},
@@ -107,6 +113,7 @@ constexpr UpwardInclude kAllowedUpward[] = {
     {"plan/plan_procedures.cpp", "guidance/vnav.h", "an activated procedure restarts the restriction logic"},
     {"guidance/holds.cpp", "cdu/keypad.h", "the last hold deleted takes the CDU from the hold page to the legs"},
     {"guidance/vnav.cpp", "cdu/keypad.h", "reaching cruise or T/D turns the CDU's climb and cruise pages to the next phase's"},
+    {"frame/input_capture.cpp", "cdu/keypad.h", "typing on the PC keyboard sets the MCU page's entry and repaint flags"},
 };
 
 std::string Describe(const std::vector<std::string>& lines) {

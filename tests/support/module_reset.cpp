@@ -2,6 +2,9 @@
 #include "support/module_reset.h"
 
 #include "cdu/keypad.h"
+#include "cdu/mcu_pages.h"
+#include "frame/input_capture.h"
+#include "guidance/runway_tuning.h"
 #include "display/display_state.h"
 #include "display/traffic.h"
 #include "cdu/plan_data_texts.h"
@@ -11,6 +14,7 @@
 #include "frame/sim_state.h"
 #include "frame/global_config.h"
 #include "frame/module_state.h"
+#include "frame/named_variables.h"
 #include "guidance/fix_info.h"
 #include "guidance/holds.h"
 #include "guidance/lnav.h"
@@ -40,7 +44,12 @@ std::string ResetModuleState() {
     g_smiths = {};
     g_gns = {};
     g_mcu = {};
+    // A keyboard a test left taken is given back before its state goes.
+    if (g_input_capture.hook_set || g_input_capture.keyboard != nullptr) StopDirectEntry();
+    g_input_capture = {};
     g_mcu_page = {};
+    ResetMcuState();
+    g_runway_tuning = {};
     g_lnav = {};
     g_vnav = {};
     g_holds = {};
@@ -56,6 +65,8 @@ std::string ResetModuleState() {
     ClearPlans();
     g_display = {};
     g_traffic = {};
+    g_named = {};
+    g_lvars = {};
     g_events.count = 0;
     return root;
 }

@@ -3,6 +3,7 @@
 // module's code, so the key layout reaches it through here, as the layer
 // sizes do.
 #include "cdu/cdu_keys.h"
+#include "cdu/mcu_keys.h"
 
 #include <cstdio>
 
@@ -27,6 +28,14 @@ int main(int argc, char** argv) {
                                                                     : 0;
             std::fprintf(out, "{\"%s\", \"%s\", %d, %d, %d, %d, %d},\n", GaugeName(id), key->name, key->x, key->y,
                          key->w, key->h, character);
+        }
+    }
+    // The MCU pair: keys without characters; names are spelled on the rocker.
+    for (const char* gauge : {"MCU", "MCU_LM"}) {
+        for (int k = 0; k < McuKeyCount(); ++k) {
+            const McuKeyBox* key = McuKeyAt(k);
+            std::fprintf(out, "{\"%s\", \"%s\", %d, %d, %d, %d, 0},\n", gauge, key->name, key->x, key->y, key->w,
+                         key->h);
         }
     }
     return std::fclose(out) == 0 ? 0 : 1;
