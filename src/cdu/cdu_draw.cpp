@@ -1,5 +1,5 @@
-// cdu_draw.cpp: the page dispatch of the Boeing-style CDU. The GNS and MCU
-// page sets come later; their screens stay black.
+// cdu_draw.cpp: the page dispatch of the Boeing-style CDU, and the hand-over
+// of the GNS and MCU pairs to their own dispatchers.
 //
 // Immediate mode: a click only set a latch or edited the entry line; here,
 // once per drawn frame, the page of CduPage reads the latches, carries the
@@ -8,6 +8,7 @@
 #include "cdu/cdu_draw.h"
 
 #include "cdu/cdu_screen.h"
+#include "cdu/gns_screen.h"
 #include "cdu/keypad.h"
 #include "cdu/mcu_pages.h"
 #include "cdu/nav_ref_pages.h"
@@ -109,4 +110,5 @@ void SmithsPageDispatcher(HDC hdc, int width, int height) {
 void DrawCdu(GaugeId id, HDC hdc, int width, int height) {
     if (id == GaugeId::SMITHS_FMS || id == GaugeId::SMITHS_FMS_BR) SmithsPageDispatcher(hdc, width, height);
     if (id == GaugeId::MCU || id == GaugeId::MCU_LM) McuPageDispatcher(hdc, width, height);
+    if (id == GaugeId::GNSXLS || id == GaugeId::GNSXLS_LM) GnsPageDispatcher(hdc, width, height);
 }

@@ -6,6 +6,7 @@
 // switch the screen on the next refresh.
 #include "cdu/cdu_keys.h"
 
+#include "cdu/gns_key_table.h"
 #include "cdu/keypad.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"
@@ -136,6 +137,7 @@ bool PlanHasHold() {
 }  // namespace
 
 const CduKeyBox* FindCduKey(GaugeId id, const char* name) {
+    if (IsGnsGauge(id)) return FindGnsKey(id, name);
     if (!HasKeyTable(id) || name == nullptr) return nullptr;
     for (const CduKeyBox& key : kSmithsKeys)
         if (SameName(key.name, name)) return &key;
@@ -143,6 +145,7 @@ const CduKeyBox* FindCduKey(GaugeId id, const char* name) {
 }
 
 const CduKeyBox* FindCduKeyForCharacter(GaugeId id, char c) {
+    if (IsGnsGauge(id)) return FindGnsKeyForCharacter(id, c);
     if (!HasKeyTable(id)) return nullptr;
     if (c == ' ') return FindCduKey(id, "SP");
     if (c == '-') return FindCduKey(id, "+/-");
@@ -152,9 +155,13 @@ const CduKeyBox* FindCduKeyForCharacter(GaugeId id, char c) {
     return nullptr;
 }
 
-int CduKeyCount(GaugeId id) { return HasKeyTable(id) ? kSmithsKeyCount : 0; }
+int CduKeyCount(GaugeId id) {
+    if (IsGnsGauge(id)) return GnsKeyCount(id);
+    return HasKeyTable(id) ? kSmithsKeyCount : 0;
+}
 
 const CduKeyBox* CduKeyAt(GaugeId id, int index) {
+    if (IsGnsGauge(id)) return GnsKeyAt(id, index);
     if (index < 0 || index >= CduKeyCount(id)) return nullptr;
     return &kSmithsKeys[index];
 }
@@ -168,7 +175,14 @@ void PressCduKey(const CduKeyBox& key) {
     SmithsCduState& s = g_smiths;
     int plan_state = g_plan.context.PlanState;
     switch (key.action) {
-    case A::Character: ScratchpadCharacter(static_cast<char>(key.value)); return;
+    case A::Character:
+        ScratchpadCharacter(static_cast<char>(key.value));
+        // G to Z also reach an open GNS field, as if typed on its keypad.
+        if (key.value >= 'G' && key.value <= 'Z') {
+            const char text[2] = {static_cast<char>(key.value), 0};
+            GnsFieldKey(text);
+        }
+        return;
     case A::Space: ScratchpadSpace(); return;
     case A::PlusMinus: ScratchpadPlusMinus(); return;
     case A::Delete: ScratchpadDelete(); return;
@@ -231,5 +245,6 @@ void PressCduKey(const CduKeyBox& key) {
     case A::PrevPage: s.PrevPageLatch = 1; return;
     case A::NextPage: s.NextPageLatch = 1; return;
     case A::ScreenCentre: PanelWindowToggle(kPopupWindowSmiths); return;
+    default: PressGnsKey(key); return;  // a GNS key given by its box
     }
 }

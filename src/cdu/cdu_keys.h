@@ -33,6 +33,18 @@ enum class CduKeyAction : uint8_t {
     PrevPage,
     NextPage,
     ScreenCentre, // toggles the CDU's pop-up window
+    // The GNS pair's keys (Character there edits the field, not the scratchpad)
+    GnsNav,
+    GnsVnav,
+    GnsFpl,
+    GnsPerf,
+    GnsHold,
+    GnsDirect,
+    GnsPrev,
+    GnsNext,
+    GnsEnter,
+    GnsClear,     // BACK/CLR
+    GnsLine,      // value: GnsLineSelect number 1..10
 };
 
 struct CduKeyBox {

@@ -11,7 +11,12 @@ KeypadState g_mcu;
 McuPageState g_mcu_page;
 GnsPageState g_gns_page;
 
-void ResetGnsPageState() { g_gns_page = {}; }
+void ResetGnsPageState() {
+    // Only these three: a panel reload keeps the rest of the unit as it stood.
+    g_gns_page.GnsPage = 1;
+    g_gns_page.GnsSubMode = 2;
+    g_gns_page.GnsListPage = 1;
+}
 
 namespace {
 size_t ScratchpadLength() { return ScratchpadText().size(); }

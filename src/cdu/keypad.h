@@ -145,7 +145,8 @@ struct SmithsCduState {
 extern SmithsCduState g_smiths;               // SMITHS_FMS, SMITHS_FMS_BR
 
 // [SECTION] GNS and MCU families
-// Their pages come later; these hold what the frame already reads.
+// The GNS pair's state is GnsPageState (its pages in gns_*.cpp); the MCU's
+// page state is McuPageState.
 struct KeypadState {
     int CduPage = 0;                          // page shown
     std::array<char, kScratchpadCapacity> Scratchpad{};
@@ -157,8 +158,85 @@ struct McuPageState {
     int direct_entry = 0;                     // 1: keyboard entry mode is on
 };
 
+// GNS page numbers; 2 to 6 and 17 are empty.
+namespace gns_page {
+constexpr int kFlightPlan = 1;                // the list, a stored plan or the active plan
+constexpr int kDirect = 7;
+constexpr int kDatabaseWpt = 8;
+constexpr int kNavigation = 9;
+constexpr int kDeparture = 10;
+constexpr int kArrival = 11;
+constexpr int kApproach = 12;
+constexpr int kAirway = 13;
+constexpr int kSave = 14;
+constexpr int kVnav = 15;
+constexpr int kVnavData = 16;
+constexpr int kVnavBlank = 17;                // VNAV from an open field: nothing drawn
+constexpr int kHolding = 18;
+constexpr int kPlan = 19;
+constexpr int kPilotWpt = 20;
+constexpr int kOffsetWpt = 21;
+constexpr int kHighest = 21;
+}  // namespace gns_page
+
+constexpr int kGnsLineKeys = 10;              // 1..5 left keys, 6..10 right keys
+constexpr int kGnsFieldCapacity = 16;         // the widest field (10 on SAVE) and its terminator
+constexpr int kGnsProcedurePages = 3;         // DEPARTURE, ARRIVAL, APCH
+constexpr int kGnsListLimit = 60;             // names of a procedure page's open list
+
+// The GNS pair's state: one field editor over the plan shown.
 struct GnsPageState {
-    int page_state = 0;                       // set at install
+    int GnsPage = 1;                          // page shown (gns_page)
+    int GnsSubMode = 2;                       // on page 1: 1 the active plan, 2 the list and stored plans
+    std::array<char, kGnsFieldCapacity> GnsField{};  // the field under the cursor, padded with blanks
+    int GnsFieldWidth = 6;                    // characters the field takes
+    int GnsEditing = 0;                       // 1: the field is open
+    int GnsEditFresh = 0;                     // 1: the next key replaces the content
+    int GnsLineSelect = 0;                    // key of this frame: 1..5 left, 6..10 right; 0 none
+    std::array<int, kGnsLineKeys + 1> GnsLineState{};  // 1..10: selection state of each line key
+    int GnsEnterLatch = 0;                    // frame latches, cleared after each frame
+    int GnsPrevLatch = 0;
+    int GnsNextLatch = 0;
+    int GnsClearLatch = 0;
+    int GnsFplLatch = 0;
+    int GnsVnavLatch = 0;                     // the page keys that need the plan act at the frame
+    int GnsHoldLatch = 0;
+    int GnsDirectLatch = 0;
+    int GnsInsertIndex = 0;                   // plan index the field stands for (1-based)
+    int GnsPageScroll = 1;                    // page of the active plan
+    int GnsListPage = 1;                      // page of the stored plan list
+    int GnsStoredPage = 1;                    // page of a stored plan
+    int GnsStoredIndex = 0;                   // stored plan shown; 0 none
+    int GnsDeletePending = 0;                 // 1: "DELETE?" stands beside the entry
+    int GnsReturnPage = 1;                    // where ENTER or a finished sub-page goes back to
+    int GnsCandidate = 1;                     // 1-based row of CandidateList shown
+    int GnsColumn = 1;                        // active plan's right column: 1 ALT, 2 DIS, 3 ETA, 4 ETE
+    int GnsColumnChoice = 1;                  // the column the chooser stands at
+    std::array<char, 4> GnsFlyover{'N', 'O'}; // "NO" or "YES"
+    int GnsSubPage = 1;                       // page counter of NAV, VNAV, PERF, DIRECT, AIRWAY
+    int GnsDirectSelected = 0;                // DIRECT: closest airport line chosen; 0 none
+    double GnsFlightPathAngle = 0;            // degrees, VNAV DATA's default flight path angle
+    int GnsNavAltMode = 0;                    // NAVIGATION key 7: 0 "ALT?", 1 "ETA?"
+    // Procedure pages (index 0 DEPARTURE, 1 ARRIVAL, 2 APCH)
+    int GnsListCursor = 0;                    // 0..12: place in the open list
+    std::array<int, kGnsProcedurePages> GnsProcedurePage{1, 1, 1};  // page counters
+    std::array<int, kGnsProcedurePages> GnsLegsShown{};  // 1: the chosen legs are on the page
+    int GnsAirportNotFound = 0;               // 1: "AIRPORT NOT FOUND" after a failed ENTER
+    std::array<std::array<char, 16>, kGnsListLimit + 1> GnsListNames{};  // the open list, rows 1..count
+    int GnsListCount = 0;                     // names in the open list
+    // PILOT ENTERED WPT and OFFSET WPT
+    std::array<char, 24> GnsNewName{};        // the waypoint's name
+    std::array<char, kGnsFieldCapacity> GnsLatText{};  // "----------" until entered
+    std::array<char, kGnsFieldCapacity> GnsLonText{};
+    double GnsNewLatitude = 0;                // degrees; 0 not yet set
+    double GnsNewLongitude = 0;
+    std::array<char, 8> GnsRadText{};         // OFFSET: "-----" until entered
+    std::array<char, 8> GnsDisText{};         // OFFSET: "------" until entered
+    int GnsOffsetCount = 0;                   // candidates of the base name
+    // AIRWAY
+    int GnsAirwayPlace = 0;                   // 1..16: the ending fix under the cursor; 0 none
+    std::array<char, 16> GnsAirwayName{};     // airway fetched
+    int GnsPreviousPage = 1;                  // page of the last frame, to clear the line states on a change
 };
 
 extern KeypadState g_gns;                     // GNSXLS, GNSXLS_LM
@@ -166,7 +244,7 @@ extern KeypadState g_mcu;                     // MCU, MCU_LM
 extern McuPageState g_mcu_page;
 extern GnsPageState g_gns_page;
 
-// The GNS page state at install.
+// The GNS page state at install: the list of stored plans, its page 1.
 void ResetGnsPageState();
 
 // [SECTION] Scratchpad and message line
