@@ -413,8 +413,26 @@ void GnsNavigationPage(GnsScreen& screen) {
         screen.Text(mode, 360, GnsRowY(8), kGnsCyan);
         if (s.GnsEditing && s.GnsLineState[7] == 1) screen.Cursor(s.GnsNavAltMode ? "ETA?" : "ALT?", 360, GnsRowY(2));
     } else if (s.GnsSubPage == 2) {
-        std::snprintf(text, sizeof text, "FUEL-%.3s %5.0f", g_config.WeightUnit.data(), FuelOnBoardPounds());
+        // The wind as on page 1; the time of arrival at the plan's last entry
+        // along the route at the present ground speed; the fuel on board.
+        if (g_sim.wind_speed > 0)
+            std::snprintf(text, sizeof text, "WIND %03.0f/%-3.0f", g_sim.wind_direction_display, g_sim.wind_speed);
+        else
+            std::snprintf(text, sizeof text, "WIND ---/---");
+        screen.Text(text, 30, GnsRowY(4));
+        if (HasActiveLeg() && g_sim.ground_speed > 1) {
+            double clock = g_sim.zulu_hour * 60 + g_sim.zulu_minute +
+                           std::max(g_plan_distances.DistToGo, 0.0) / g_sim.ground_speed * 60;
+            char arrival[8];
+            std::snprintf(arrival, sizeof arrival, "%02.0f:%02.0f", std::fmod(std::floor(clock / 60), 24),
+                          std::floor(std::fmod(clock, 60)));
+            std::snprintf(text, sizeof text, "ETA-%s", arrival);
+        } else {
+            std::snprintf(text, sizeof text, "ETA-%s", "--:--");
+        }
         screen.Text(text, 30, GnsRowY(5));
+        std::snprintf(text, sizeof text, "FUEL-%.3s %5.0f", g_config.WeightUnit.data(), FuelOnBoardPounds());
+        screen.Text(text, 30, GnsRowY(6));
         std::snprintf(text, sizeof text, "TKE %s %03.0f", l.TrackAngleSide == 1 ? "L" : "R", l.TrackAngleError);
         screen.Text(text, 30, GnsRowY(7));
         std::snprintf(text, sizeof text, "XTK   TRMNL %s %2.2f", l.XtkSide == 1 ? "L" : "R",

@@ -21,6 +21,7 @@
 #include "plan/plan_edit.h"
 #include "plan/plan_execute.h"
 #include "plan/route_files.h"
+#include "plan/sim_plans.h"
 
 #include <algorithm>
 #include <cmath>
@@ -218,8 +219,11 @@ void PlanEnter() {
         GnsOpenField(name, kSaveFieldWidth);
         return;
     }
-    // 3. The simulator's plan: the exchange has no reader of it yet.
+    // 3. The simulator's plan from its GPS data, executed at once; the GNS
+    // shows the plan itself, so the Boeing-style entry line gets no message.
     if (active && st[10] == 2) {
+        constexpr int kNoEntryLineMessage = 7;
+        ImportSimulatorGpsRoute(kNoEntryLineMessage);
         GnsClearLineStates();
         return;
     }

@@ -139,8 +139,15 @@ TEST(GnsScreens, ProcedureAndDataPages) {
     gns.ExpectScreen("gns_vnav_data");
     gns.Key("NAV");
     gns.ExpectScreen("gns_nav_1");
+    // The time at the plan's end: 240 nm along the route at the ground speed.
+    g_plan_distances.DistToGo = 240;
     gns.Key("NAV");
     gns.ExpectScreen("gns_nav_2");
+    double arrival = g_sim.zulu_hour * 60 + g_sim.zulu_minute + 240 / g_sim.ground_speed * 60;
+    char eta[16];
+    std::snprintf(eta, sizeof eta, "ETA-%02d:%02d", static_cast<int>(arrival / 60) % 24,
+                  static_cast<int>(arrival) % 60);
+    EXPECT_NE(gns.Screen().find(eta), std::string::npos) << eta << "\n" << gns.Screen();
     gns.Key("NAV");
     gns.ExpectScreen("gns_nav_3");
     gns.Key("NAV");
