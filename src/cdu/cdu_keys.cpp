@@ -7,6 +7,7 @@
 #include "cdu/cdu_keys.h"
 
 #include "cdu/gns_key_table.h"
+#include "cdu/key_table_support.h"
 #include "cdu/keypad.h"
 #include "display/display_state.h"
 #include "frame/entry_guard.h"
@@ -104,29 +105,8 @@ constexpr int kSmithsKeyCount = static_cast<int>(std::size(kSmithsKeys));
 
 bool HasKeyTable(GaugeId id) { return id == GaugeId::SMITHS_FMS || id == GaugeId::SMITHS_FMS_BR; }
 
-char NameChar(char c) {
-    if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
-    return c == ' ' ? '_' : c;
-}
-
-bool SameName(const char* a, const char* b) {
-    for (; *a != 0 && *b != 0; ++a, ++b)
-        if (NameChar(*a) != NameChar(*b)) return false;
-    return *a == 0 && *b == 0;
-}
-
-// The twins' handlers are the same code: one trampoline a key of the table.
-template <int K>
-BOOL_SDK FSAPI KeyTrampoline(PIXPOINT*, FLAGS32) {
-    return AtMouseEntry([] { PressCduKey(kSmithsKeys[K]); });
-}
-
-template <int... K>
-constexpr std::array<MOUSE_FUNCTION, sizeof...(K)> MakeHandlers(std::integer_sequence<int, K...>) {
-    return {&KeyTrampoline<K>...};
-}
-
-constexpr auto kHandlers = MakeHandlers(std::make_integer_sequence<int, kSmithsKeyCount>{});
+// The twins' handlers are the same code: one a key of the table.
+constexpr auto kHandlers = KeyHandlersOf<kSmithsKeys, PressCduKey>();
 
 bool PlanHasHold() {
     const PlanContext& pc = g_plan.context;
@@ -140,7 +120,7 @@ const CduKeyBox* FindCduKey(GaugeId id, const char* name) {
     if (IsGnsGauge(id)) return FindGnsKey(id, name);
     if (!HasKeyTable(id) || name == nullptr) return nullptr;
     for (const CduKeyBox& key : kSmithsKeys)
-        if (SameName(key.name, name)) return &key;
+        if (SameKeyName(key.name, name)) return &key;
     return nullptr;
 }
 
@@ -149,7 +129,7 @@ const CduKeyBox* FindCduKeyForCharacter(GaugeId id, char c) {
     if (!HasKeyTable(id)) return nullptr;
     if (c == ' ') return FindCduKey(id, "SP");
     if (c == '-') return FindCduKey(id, "+/-");
-    char wanted = NameChar(c);
+    char wanted = KeyNameChar(c);
     for (const CduKeyBox& key : kSmithsKeys)
         if (key.action == CduKeyAction::Character && key.value == wanted) return &key;
     return nullptr;

@@ -6,6 +6,7 @@
 // the page at once, as the Boeing-style function keys do.
 #include "cdu/gns_keys.h"
 
+#include "cdu/key_table_support.h"
 #include "cdu/keypad.h"
 #include "frame/data_text.h"
 #include "frame/entry_guard.h"
@@ -94,29 +95,8 @@ constexpr CduKeyBox kGnsKeys[] = {
 // clang-format on
 constexpr int kGnsKeyCount = static_cast<int>(std::size(kGnsKeys));
 
-char NameChar(char c) {
-    if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
-    return c == ' ' ? '_' : c;
-}
-
-bool SameName(const char* a, const char* b) {
-    for (; *a != 0 && *b != 0; ++a, ++b)
-        if (NameChar(*a) != NameChar(*b)) return false;
-    return *a == 0 && *b == 0;
-}
-
-// The twins share the handlers: one trampoline a key.
-template <int K>
-BOOL_SDK FSAPI KeyTrampoline(PIXPOINT*, FLAGS32) {
-    return AtMouseEntry([] { PressGnsKey(kGnsKeys[K]); });
-}
-
-template <int... K>
-constexpr std::array<MOUSE_FUNCTION, sizeof...(K)> MakeHandlers(std::integer_sequence<int, K...>) {
-    return {&KeyTrampoline<K>...};
-}
-
-constexpr auto kHandlers = MakeHandlers(std::make_integer_sequence<int, kGnsKeyCount>{});
+// The twins' handlers are the same code: one a key of the table.
+constexpr auto kHandlers = KeyHandlersOf<kGnsKeys, PressGnsKey>();
 
 GnsPageState& S() { return g_gns_page; }
 
@@ -156,12 +136,12 @@ const CduKeyBox* GnsKeyAt(GaugeId id, int index) {
 const CduKeyBox* FindGnsKey(GaugeId id, const char* name) {
     if (name == nullptr) return nullptr;
     for (int i = 0; i < GnsKeyCount(id); ++i)
-        if (SameName(kGnsKeys[i].name, name)) return &kGnsKeys[i];
+        if (SameKeyName(kGnsKeys[i].name, name)) return &kGnsKeys[i];
     return nullptr;
 }
 
 const CduKeyBox* FindGnsKeyForCharacter(GaugeId id, char c) {
-    char wanted = NameChar(c);
+    char wanted = KeyNameChar(c);
     for (int i = 0; i < GnsKeyCount(id); ++i)
         if (kGnsKeys[i].action == A::Character && kGnsKeys[i].value == wanted) return &kGnsKeys[i];
     return nullptr;

@@ -7,6 +7,7 @@
 // gives the PC keyboard back first.
 #include "cdu/mcu_keys.h"
 
+#include "cdu/key_table_support.h"
 #include "cdu/mcu_pages.h"
 #include "frame/entry_guard.h"
 #include "frame/input_capture.h"
@@ -50,29 +51,8 @@ constexpr McuKeyBox kMcuKeys[] = {
 // clang-format on
 constexpr int kMcuKeyCount = static_cast<int>(std::size(kMcuKeys));
 
-char NameChar(char c) {
-    if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
-    return c == ' ' ? '_' : c;
-}
-
-bool SameName(const char* a, const char* b) {
-    for (; *a != 0 && *b != 0; ++a, ++b)
-        if (NameChar(*a) != NameChar(*b)) return false;
-    return *a == 0 && *b == 0;
-}
-
-// The twins share these handlers: one trampoline a key.
-template <int K>
-BOOL_SDK FSAPI KeyTrampoline(PIXPOINT*, FLAGS32) {
-    return AtMouseEntry([] { PressMcuKey(kMcuKeys[K]); });
-}
-
-template <int... K>
-constexpr std::array<MOUSE_FUNCTION, sizeof...(K)> MakeHandlers(std::integer_sequence<int, K...>) {
-    return {&KeyTrampoline<K>...};
-}
-
-constexpr auto kHandlers = MakeHandlers(std::make_integer_sequence<int, kMcuKeyCount>{});
+// The twins' handlers are the same code: one a key of the table.
+constexpr auto kHandlers = KeyHandlersOf<kMcuKeys, PressMcuKey>();
 
 // A page change from the keys: the PC keyboard goes back to the simulator.
 void GoToPage(int page) {
@@ -86,7 +66,7 @@ bool EditPage(int page) { return page == mcu_page::kApt || page == mcu_page::kLe
 const McuKeyBox* FindMcuKey(const char* name) {
     if (name == nullptr) return nullptr;
     for (const McuKeyBox& key : kMcuKeys)
-        if (SameName(key.name, name)) return &key;
+        if (SameKeyName(key.name, name)) return &key;
     return nullptr;
 }
 
