@@ -36,7 +36,6 @@
 namespace {
 constexpr double kNeedleFullScale = 127;     // NAV1 needle token at two dots
 constexpr double kAdfSignalMin = 1.0;        // the ADF pointer shows above this signal
-constexpr double kNoTasBelow = 100;          // knots: TAS shows dashes at or below
 constexpr double kNoWindBelow = 1;           // knots: the wind shows dashes below
 constexpr double kArcHalfSweep = 40;         // degrees of the arc each side of the top
 constexpr int kMapClipBottom = 284;          // the map ends above the bottom texts
@@ -214,15 +213,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode, double
     char text[48];
 
     // Ground speed and true airspeed, top left.
-    g.DrawText("GS", label, palette::kWhite, 6, 5);
-    std::snprintf(text, sizeof text, "%.0f", std::isfinite(s.ground_speed) ? s.ground_speed : 0.0);
-    g.DrawText(text, value, palette::kGreen, 26, 2);
-    g.DrawText("TAS", label, palette::kWhite, 6, 21);
-    if (s.true_airspeed.now > kNoTasBelow)
-        std::snprintf(text, sizeof text, "%3.0f", s.true_airspeed.now);
-    else
-        std::snprintf(text, sizeof text, "- - -");
-    g.DrawText(text, value, palette::kGreen, 32, 18);
+    DrawSpeedCorner(g, label, value, palette::kGreen, {6, 5, 26, 2, 21, 32, 18});
 
     // The heading, boxed, over the lubber line.
     std::snprintf(text, sizeof text, "%03.0f", ModuloPositive(std::round(heading), 360));

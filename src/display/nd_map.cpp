@@ -589,3 +589,19 @@ void CentreOnPlan(MapView& view) {
     view.MapCentreLatitude = latitude;
     view.MapCentreLongitude = longitude;
 }
+
+void DrawSpeedCorner(gdi::Graphics& g, const gdi::Font& label, const gdi::Font& value, ARGB value_colour,
+                     const SpeedCornerPlaces& at) {
+    constexpr double kNoTasAtOrBelowKt = 100;
+    const SimState& s = g_sim;
+    char text[24];
+    g.DrawText("GS", label, palette::kWhite, at.label_x, at.gs_y);
+    std::snprintf(text, sizeof text, "%.0f", std::isfinite(s.ground_speed) ? s.ground_speed : 0.0);
+    g.DrawText(text, value, value_colour, at.gs_value_x, at.gs_value_y);
+    g.DrawText("TAS", label, palette::kWhite, at.label_x, at.tas_y);
+    if (s.true_airspeed.now > kNoTasAtOrBelowKt)
+        std::snprintf(text, sizeof text, "%3.0f", s.true_airspeed.now);
+    else
+        std::snprintf(text, sizeof text, "- - -");
+    g.DrawText(text, value, value_colour, at.tas_value_x, at.tas_value_y);
+}

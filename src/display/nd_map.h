@@ -153,6 +153,16 @@ struct BearingNeedle {
 };
 // Nothing for a bearing that isn't a number.
 void DrawBearingNeedle(gdi::Graphics& g, const DisplaySurface& surface, const BearingNeedle& needle);
+
+// "GS" over "TAS" in the top left corner, the labels white, the values in the
+// family's colour; the true airspeed shows "- - -" at 100 knots and below.
+struct SpeedCornerPlaces {
+    float label_x;                          // design pixels: both labels' left edge
+    float gs_y, gs_value_x, gs_value_y;     // the ground speed's label row and value
+    float tas_y, tas_value_x, tas_value_y;  // the true airspeed's label row and value
+};
+void DrawSpeedCorner(gdi::Graphics& g, const gdi::Font& label, const gdi::Font& value, ARGB value_colour,
+                     const SpeedCornerPlaces& at);
 // A PLAN map's centre: the LEGS page's centre entry, else the active
 // waypoint; the view keeps the aircraft when neither is a place.
 void CentreOnPlan(MapView& view);

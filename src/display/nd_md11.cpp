@@ -36,7 +36,6 @@ namespace {
 constexpr double kNeedleFullScale = 127;     // NAV1 needle token at two dots
 constexpr int kDotSpacing = 20;              // pixels between deviation dots
 constexpr double kAdfSignalMin = 1.0;        // the ADF pointer shows above this signal
-constexpr double kNoTasBelow = 100;          // knots: TAS shows dashes at or below
 constexpr double kCardHalfSweep = 50;        // degrees of the arc each side of the top
 constexpr int kSwitchLabelX = 5;             // the column of the map switches' labels
 constexpr int kSwitchLabelTop = 163;
@@ -194,15 +193,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode) {
     MapGuidance guidance = ReadMapGuidance();
 
     // Ground speed and true airspeed, top left.
-    g.DrawText("GS", label, palette::kWhite, 4, 4);
-    std::snprintf(text, sizeof text, "%.0f", s.ground_speed);
-    g.DrawText(text, value, palette::kWhite, 20, 2);
-    g.DrawText("TAS", label, palette::kWhite, 4, 17);
-    if (s.true_airspeed.now > kNoTasBelow)
-        std::snprintf(text, sizeof text, "%3.0f", s.true_airspeed.now);
-    else
-        std::snprintf(text, sizeof text, "- - -");
-    g.DrawText(text, value, palette::kWhite, 26, 15);
+    DrawSpeedCorner(g, label, value, palette::kWhite, {4, 4, 20, 2, 17, 26, 15});
     // Heading at the top of the arc.
     std::snprintf(text, sizeof text, "%03.0f", ModuloPositive(std::round(s.heading_magnetic.now), 360));
     g.DrawText(text, big, palette::kGreen, kMd11CentreX, 2, gdi::TextAlign::Centre);

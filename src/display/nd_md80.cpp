@@ -36,7 +36,6 @@ namespace {
 constexpr double kNeedleFullScale = 127;     // NAV1 needle token at two dots
 constexpr double kGlideFullScale = 119;      // glideslope needle token at two dots
 constexpr double kAdfSignalMin = 1.0;        // the ADF pointer shows above this signal
-constexpr double kNoTasBelow = 100;          // knots: TAS shows dashes at or below
 constexpr double kArcHalfSweep = 45;         // degrees of the arc each side of the top
 constexpr int kMapClipBottom = 206;          // the arc's map ends above the bottom texts
 constexpr int kGlideScaleX = 246;            // the HSI's glideslope scale column
@@ -202,15 +201,7 @@ void DrawTexts(gdi::Graphics& g, const DisplaySurface& surface, int mode, double
     char text[48];
 
     // Ground speed and true airspeed, top left.
-    g.DrawText("GS", label, palette::kWhite, 4, 4);
-    std::snprintf(text, sizeof text, "%.0f", std::isfinite(s.ground_speed) ? s.ground_speed : 0.0);
-    g.DrawText(text, value, palette::kGreen, 22, 2);
-    g.DrawText("TAS", label, palette::kWhite, 4, 17);
-    if (s.true_airspeed.now > kNoTasBelow)
-        std::snprintf(text, sizeof text, "%3.0f", s.true_airspeed.now);
-    else
-        std::snprintf(text, sizeof text, "- - -");
-    g.DrawText(text, value, palette::kGreen, 26, 15);
+    DrawSpeedCorner(g, label, value, palette::kGreen, {4, 4, 22, 2, 17, 26, 15});
 
     // The heading, boxed, over the lubber line.
     std::snprintf(text, sizeof text, "%03.0f", ModuloPositive(std::round(heading), 360));
