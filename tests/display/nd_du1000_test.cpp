@@ -29,13 +29,6 @@ Frame DrawDu(int instance = 1, GaugeId id = GaugeId::DU_1000_EHSI) {
 
 MapSwitches& DuSwitches() { return g_display.switches[static_cast<size_t>(MapFamily::DU1000)]; }
 
-// A copy of a text drawn below the top corner texts (the map's, not the corner's).
-const test_canvas::Seen* OnMap(const Frame& f, const std::string& text) {
-    for (const auto& s : f.seen)
-        if (s.text == text && s.box.layout_y > 45) return &s;
-    return nullptr;
-}
-
 // A modification waiting in ModPlan: its idents show whenever the map layers run.
 void PendingModification() {
     double lat = 0, lon = 0;
@@ -260,7 +253,7 @@ TEST(Du1000Route, IdentsWhereTheProjectionPutsThem) {
         g_display.du1000_mode = mode;
         g_sim.heading_true = 0;
         Frame up = DrawDu();
-        const test_canvas::Seen* north = OnMap(up, "NORTH");
+        const test_canvas::Seen* north = SeenBelowCorner(up, "NORTH");
         ASSERT_NE(north, nullptr) << mode;
         EXPECT_NEAR(north->box.layout_x, kCx + 7, 1.5);
         EXPECT_NEAR(north->box.layout_y, kCy - 12 * px_per_nm - 7, 2);
@@ -269,7 +262,7 @@ TEST(Du1000Route, IdentsWhereTheProjectionPutsThem) {
         // Heading east: the waypoint stands on the centre's row, to the left.
         g_sim.heading_true = 90;
         Frame east = DrawDu();
-        north = OnMap(east, "NORTH");
+        north = SeenBelowCorner(east, "NORTH");
         ASSERT_NE(north, nullptr) << mode;
         EXPECT_NEAR(north->box.layout_x, kCx - 12 * px_per_nm + 7, 2);
         EXPECT_NEAR(north->box.layout_y, kCy - 7, 2);
@@ -289,7 +282,7 @@ TEST(Du1000Route, IdentsWhereTheProjectionPutsThem) {
     g_display.du1000_mode = kDu1000ModeEhsi;
     Frame arc = DrawDu();
     EXPECT_EQ(arc.CountText("NORTH"), 1);
-    EXPECT_EQ(OnMap(arc, "NORTH"), nullptr);
+    EXPECT_EQ(SeenBelowCorner(arc, "NORTH"), nullptr);
 }
 
 TEST(Du1000Traffic, OnlyOnTheMapModesWithItsSwitch) {

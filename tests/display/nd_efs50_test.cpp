@@ -24,12 +24,6 @@ Frame DrawEfs50(int instance = 1, GaugeId id = GaugeId::EFS50_EHSI) {
 
 MapSwitches& Efs50Switches() { return g_display.switches[static_cast<size_t>(MapFamily::EFS50)]; }
 
-// A copy of a text drawn below the top corners (the map's, not the corner's).
-const test_canvas::Seen* OnMap(const Frame& f, const std::string& text) {
-    for (const auto& s : f.seen)
-        if (s.text == text && s.box.layout_y > 45) return &s;
-    return nullptr;
-}
 }  // namespace
 
 TEST(Efs50Frame, DarkWithoutPowerLitWithTheProfilesBackgroundOnBothGauges) {
@@ -66,7 +60,7 @@ TEST(Efs50Modes, MapOnlyWithTheFlightPlanInModesTwoThreeFiveSix) {
             EXPECT_NEAR(name->box.layout_x, 4, 1);
             EXPECT_NEAR(name->box.layout_y, 214, 1);
             EXPECT_EQ(f.Has("SEA"), map) << nav << "/" << mode;
-            EXPECT_EQ(OnMap(f, "NORTH") != nullptr, map) << nav << "/" << mode;   // no route at nav mode 1
+            EXPECT_EQ(SeenBelowCorner(f, "NORTH") != nullptr, map) << nav << "/" << mode;   // no route at nav mode 1
             EXPECT_EQ(f.Has("12.5 NM"), map) << nav << "/" << mode;               // the range over a map
             EXPECT_EQ(f.Has("FMS"), nav == 2);
         }
@@ -132,7 +126,7 @@ TEST(Efs50Route, IdentsWhereTheProjectionPutsThemOnRoseAndArc) {
     // pixels; the ident stands 7 right of and 7 above its symbol.
     g_display.efs50_hsi_mode = kEfs50ModeRoseMap;
     Frame rose = DrawEfs50();
-    const test_canvas::Seen* north = OnMap(rose, "NORTH");
+    const test_canvas::Seen* north = SeenBelowCorner(rose, "NORTH");
     ASSERT_NE(north, nullptr);
     EXPECT_NEAR(north->box.layout_x, 129 + 7, 1.5);
     EXPECT_NEAR(north->box.layout_y, 114 - 12.0 * 50 / 25 - 7, 2);
@@ -144,7 +138,7 @@ TEST(Efs50Route, IdentsWhereTheProjectionPutsThemOnRoseAndArc) {
     g_display.efs50_hsi_mode = kEfs50ModeArcNav;
     g_sim.heading_true = 270;
     Frame arc = DrawEfs50();
-    north = OnMap(arc, "NORTH");
+    north = SeenBelowCorner(arc, "NORTH");
     ASSERT_NE(north, nullptr);
     EXPECT_NEAR(north->box.layout_x, 129 + 12.0 * 95 / 25 + 7, 2);
     EXPECT_NEAR(north->box.layout_y, 190 - 7, 2);

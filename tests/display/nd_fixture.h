@@ -146,4 +146,12 @@ inline Frame DrawNd(int instance = 1, GaugeId id = GaugeId::HW_B737_ND, int widt
 inline double SurfaceX(double design_x) { return design_x * kSurfaceWidth / 244.0; }
 inline double SurfaceY(double design_y) { return design_y * kSurfaceHeight / 302.0; }
 
+// A copy of a text drawn below the top corner texts (the map's, not the
+// corner's): its box starts lower than 45 design pixels.
+inline const test_canvas::Seen* SeenBelowCorner(const Frame& f, const std::string& text) {
+    for (const auto& s : f.seen)
+        if (s.text == text && s.box.layout_y > 45) return &s;
+    return nullptr;
+}
+
 }  // namespace nd_test

@@ -24,13 +24,6 @@ Frame DrawProline4(int instance = 1, GaugeId id = GaugeId::PROLINE4_MFD) {
 
 MapSwitches& Proline4Switches() { return g_display.switches[static_cast<size_t>(MapFamily::PROLINE4)]; }
 
-// A copy of a text below the top lines (the map's, not the corner's).
-const test_canvas::Seen* OnMap(const Frame& f, const std::string& text) {
-    for (const auto& s : f.seen)
-        if (s.text == text && s.box.layout_y > 45) return &s;
-    return nullptr;
-}
-
 // The nearby objects of the layer tests, each 2 nm from the aircraft.
 void PlaceObjects() {
     double lat = 0, lon = 0;
@@ -77,7 +70,7 @@ TEST(Proline4Modes, MapOnlyInTwoAndThreeAndTheRadiusKeptByTheHsiModes) {
     // at 40 nm stands 35 pixels above own-ship, its ident 7 right and 10 up.
     ASSERT_EQ(g_display.proline4_mode, 3);
     Frame arc = DrawProline4();
-    const test_canvas::Seen* sea = OnMap(arc, "SEA");
+    const test_canvas::Seen* sea = SeenBelowCorner(arc, "SEA");
     ASSERT_NE(sea, nullptr);
     EXPECT_NEAR(sea->box.layout_x, 123 + 7, 1.5);
     EXPECT_NEAR(sea->box.layout_y, 212 - 10.0 * 140 / 40 - 10, 1.5);
@@ -99,7 +92,7 @@ TEST(Proline4Modes, MapOnlyInTwoAndThreeAndTheRadiusKeptByTheHsiModes) {
     ASSERT_EQ(g_display.proline4_mode, 2);
     EXPECT_EQ(Proline4MapView(surface).MapRadiusPx, 70);
     Frame centred = DrawProline4();
-    sea = OnMap(centred, "SEA");
+    sea = SeenBelowCorner(centred, "SEA");
     ASSERT_NE(sea, nullptr);
     EXPECT_NEAR(sea->box.layout_y, 150 - 10.0 * 70 / 40 - 10, 1.5);
 
@@ -125,13 +118,13 @@ TEST(Proline4Modes, MapOnlyInTwoAndThreeAndTheRadiusKeptByTheHsiModes) {
     // A map mode set without the knob (the profile's start mode) takes its radius.
     g_display.proline4_mode = 2;
     g_display.proline4_radius = 140;
-    sea = OnMap(DrawProline4(), "SEA");
+    sea = SeenBelowCorner(DrawProline4(), "SEA");
     ASSERT_NE(sea, nullptr);
     EXPECT_NEAR(sea->box.layout_y, 150 - 10.0 * 70 / 40 - 10, 1.5);
     EXPECT_EQ(g_display.proline4_radius, 70);
     // A corrupt mode shows the arc map, not a blank page.
     g_display.proline4_mode = 9;
-    EXPECT_NE(OnMap(DrawProline4(), "SEA"), nullptr);
+    EXPECT_NE(SeenBelowCorner(DrawProline4(), "SEA"), nullptr);
 }
 
 TEST(Proline4Layers, RangeGatesAndTheNdbSwitchOnBothMapModes) {
@@ -204,7 +197,7 @@ TEST(Proline4Route, IdentsWhereTheProjectionPutsThemOnArcAndCentredMap) {
     // waypoint's ident stands 7 pixels right of and above its point.
     g_display.proline4_mode = kProline4ModeArcMap;
     Frame arc = DrawProline4();
-    const test_canvas::Seen* north = OnMap(arc, "NORTH");
+    const test_canvas::Seen* north = SeenBelowCorner(arc, "NORTH");
     ASSERT_NE(north, nullptr);
     EXPECT_NEAR(north->box.layout_x, 123 + 7, 1.5);
     EXPECT_NEAR(north->box.layout_y, 212 - 12.0 * 140 / 40 - 7, 2);
@@ -224,7 +217,7 @@ TEST(Proline4Route, IdentsWhereTheProjectionPutsThemOnArcAndCentredMap) {
     g_display.proline4_mode = kProline4ModeCentred;
     g_sim.heading_true = 90;
     Frame centred = DrawProline4();
-    north = OnMap(centred, "NORTH");
+    north = SeenBelowCorner(centred, "NORTH");
     ASSERT_NE(north, nullptr);
     EXPECT_NEAR(north->box.layout_x, 123 - 12.0 * 70 / 40 + 7, 2);
     EXPECT_NEAR(north->box.layout_y, 150 - 7, 2);
