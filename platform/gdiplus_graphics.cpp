@@ -19,6 +19,7 @@
 
 #include <orbhost.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <new>
@@ -108,6 +109,10 @@ void UseWorldMatrix(GpGraphics& g, cairo_t* cr) {
 // [SECTION] Clip layer
 
 namespace {
+// Drawing straight through the clip costs a few microseconds a shape more;
+// a composite through it, a hundred for a map's circle.
+constexpr int kDirectDrawsUnderClip = 24;
+
 // Layers kept between graphics objects: a gauge makes one a frame, and a
 // fresh surface would cost its clearing each time. They go back cleared.
 constexpr int kPooledLayers = 8;
@@ -145,50 +150,103 @@ void ClipLayerToExtents(GpGraphics& g) {
     cairo_rectangle(cr, x1, y1, std::ceil(g.clip_x2) - x1, std::ceil(g.clip_y2) - y1);
     cairo_clip(cr);
 }
+
+// The clip layer, made on first need; false when it cannot be, and then
+// the clip is treated as simple: drawing the slow way rather than not at all.
+bool EnsureLayer(GpGraphics& g) {
+    if (g.layer_cr != nullptr) return true;
+    cairo_surface_t* layer = TakeLayer(g.width, g.height);
+    cairo_t* cr = cairo_create(layer);
+    if (cairo_surface_status(layer) != CAIRO_STATUS_SUCCESS || cairo_status(cr) != CAIRO_STATUS_SUCCESS) {
+        cairo_destroy(cr);
+        cairo_surface_destroy(layer);
+        g.clip_complex = false;
+        return false;
+    }
+    g.layer = layer;
+    g.layer_cr = cr;
+    cairo_set_miter_limit(cr, 10.0);
+    ClipLayerToExtents(g);
+    return true;
+}
+
+// The clip's extents on whole pixels, within the surface.
+void ClipBox(const GpGraphics& g, PixelTarget& out) {
+    out.x1 = std::clamp(static_cast<int>(std::floor(g.clip_x1)), 0, g.width);
+    out.x2 = std::clamp(static_cast<int>(std::ceil(g.clip_x2)), out.x1, g.width);
+    out.y1 = std::clamp(static_cast<int>(std::floor(g.clip_y1)), 0, g.height);
+    out.y2 = std::clamp(static_cast<int>(std::ceil(g.clip_y2)), out.y1, g.height);
+}
 }  // namespace
 
 cairo_t* DrawTarget(GpGraphics& g) {
-    // Drawing straight through the clip costs a few microseconds a shape more;
-    // a composite through it, a hundred for a map's circle.
-    constexpr int kDirectDrawsUnderClip = 24;
     if (!g.clip_complex) return g.cr;
     if (!g.layer_dirty && g.direct_draws < kDirectDrawsUnderClip) {
         ++g.direct_draws;
         return g.cr;
     }
-    if (g.layer_cr == nullptr) {
-        cairo_surface_t* layer = TakeLayer(g.width, g.height);
-        cairo_t* cr = cairo_create(layer);
-        if (cairo_surface_status(layer) != CAIRO_STATUS_SUCCESS || cairo_status(cr) != CAIRO_STATUS_SUCCESS) {
-            cairo_destroy(cr);
-            cairo_surface_destroy(layer);
-            g.clip_complex = false;  // draw the slow way rather than not at all
-            return g.cr;
-        }
-        g.layer = layer;
-        g.layer_cr = cr;
-        cairo_set_miter_limit(cr, 10.0);
-        ClipLayerToExtents(g);
-    }
+    if (!EnsureLayer(g)) return g.cr;
     cairo_set_antialias(g.layer_cr, cairo_get_antialias(g.cr));
-    g.layer_dirty = true;
+    PixelTarget box;
+    ClipBox(g, box);
+    NoteDrawn(g, box, box.x1, box.y1, box.x2, box.y2);
     return g.layer_cr;
+}
+
+void NoteDrawn(GpGraphics& g, const PixelTarget& where, int x1, int y1, int x2, int y2) {
+    if (where.surface != g.layer || g.layer == nullptr || x1 >= x2 || y1 >= y2) return;
+    if (!g.layer_dirty) {
+        g.layer_dirty = true;
+        g.dirty_x1 = x1, g.dirty_y1 = y1, g.dirty_x2 = x2, g.dirty_y2 = y2;
+        return;
+    }
+    g.dirty_x1 = std::min(g.dirty_x1, x1);
+    g.dirty_y1 = std::min(g.dirty_y1, y1);
+    g.dirty_x2 = std::max(g.dirty_x2, x2);
+    g.dirty_y2 = std::max(g.dirty_y2, y2);
+}
+
+bool DirectPixels(GpGraphics& g, PixelTarget& out) {
+    if (!g.clip_complex) {
+        if (g.clip_rectangles > 1) return false;
+        out.surface = g.surface;
+        if (g.clip_rectangles == 0) {
+            out.x1 = out.y1 = out.x2 = out.y2 = 0;
+            return true;
+        }
+        ClipBox(g, out);
+        return true;
+    }
+    // Into the layer at once: a shape drawn straight there is cheaper than
+    // cairo's through the clip, even with its share of the composite. Later
+    // shapes follow it there, so the order holds.
+    if (!EnsureLayer(g)) return false;
+    g.direct_draws = kDirectDrawsUnderClip;
+    out.surface = g.layer;
+    ClipBox(g, out);
+    return true;
 }
 
 void FlushClipLayer(GpGraphics& g) {
     if (!g.layer_dirty) return;
     g.layer_dirty = false;
+    // Only the box drawn in goes through the clip, and only it is cleared.
+    double x = g.dirty_x1, y = g.dirty_y1, w = g.dirty_x2 - g.dirty_x1, h = g.dirty_y2 - g.dirty_y1;
     cairo_surface_flush(g.layer);
     cairo_save(g.cr);
     cairo_identity_matrix(g.cr);
     cairo_set_source_surface(g.cr, g.layer, 0, 0);
-    cairo_paint(g.cr);
+    cairo_new_path(g.cr);
+    cairo_rectangle(g.cr, x, y, w, h);
+    cairo_fill(g.cr);
     cairo_restore(g.cr);
     cairo_surface_flush(g.surface);
-    // Back to transparent within the extents, the only pixels drawn.
     cairo_save(g.layer_cr);
+    cairo_identity_matrix(g.layer_cr);
     cairo_set_operator(g.layer_cr, CAIRO_OPERATOR_CLEAR);
-    cairo_paint(g.layer_cr);
+    cairo_new_path(g.layer_cr);
+    cairo_rectangle(g.layer_cr, x, y, w, h);
+    cairo_fill(g.layer_cr);
     cairo_restore(g.layer_cr);
 }
 
@@ -200,6 +258,7 @@ void ClipChanged(GpGraphics& g) {
     cairo_clip_extents(g.cr, &g.clip_x1, &g.clip_y1, &g.clip_x2, &g.clip_y2);
     cairo_rectangle_list_t* rects = cairo_copy_clip_rectangle_list(g.cr);
     g.clip_complex = rects->status == CAIRO_STATUS_CLIP_NOT_REPRESENTABLE;
+    g.clip_rectangles = rects->status == CAIRO_STATUS_SUCCESS ? rects->num_rectangles : 0;
     cairo_rectangle_list_destroy(rects);
     cairo_restore(g.cr);
     if (g.clip_complex && g.layer_cr != nullptr) ClipLayerToExtents(g);

@@ -191,8 +191,11 @@ struct GpGraphics {
     cairo_t* layer_cr = nullptr;
     bool clip_complex = false;                      // the clip is not whole-pixel rectangles
     bool layer_dirty = false;                       // the layer holds drawing not yet composited
+    int dirty_x1 = 0, dirty_y1 = 0;                 // the box it lies in, device pixels
+    int dirty_x2 = 0, dirty_y2 = 0;
     int direct_draws = 0;                           // shapes and strings drawn straight through this clip
     unsigned clip_serial = 0;                       // counts clip changes; a restore to the same serial keeps the clip
+    int clip_rectangles = 0;                        // whole-pixel rectangles of a clip that is not complex
     double clip_x1 = 0, clip_y1 = 0;                // the clip's extents, device pixels
     double clip_x2 = 0, clip_y2 = 0;
 };
@@ -218,6 +221,25 @@ void UseWorldMatrix(GpGraphics& g, cairo_t* cr);
 // The context a shape or string is drawn on: the graphics' own, or the clip
 // layer's while the clip is complex (see GpGraphics).
 cairo_t* DrawTarget(GpGraphics& g);
+// Where a shape may be written straight into the pixels: the surface drawn
+// on (the graphics' own or the clip layer) and one clip rectangle on it, in
+// device pixels, [x1, x2) x [y1, y2). False when the clip is not one
+// rectangle there (several rectangles), or the layer cannot be made. Under a
+// complex clip the target is the clip layer, and later shapes go there too.
+struct PixelTarget {
+    cairo_surface_t* surface = nullptr;
+    int x1 = 0, y1 = 0, x2 = 0, y2 = 0;
+};
+bool DirectPixels(GpGraphics& g, PixelTarget& out);
+// After drawing straight into a target: the box of pixels touched, device
+// pixels [x1, x2) x [y1, y2), which the layer's composite will cover.
+void NoteDrawn(GpGraphics& g, const PixelTarget& where, int x1, int y1, int x2, int y2);
+// Fills the point list straight into the pixels, as FastStroke strokes.
+bool FastFill(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode);
+// Strokes the point list straight into the pixels when the pen, transform
+// and clip allow (see gdiplus_raster.cpp); false, with nothing drawn, when
+// cairo must.
+bool FastStroke(GpGraphics& g, const GpPen& pen, const GpPath& path, double world_width);
 // Composites the clip layer's drawing through the clip; every call that
 // changes the clip, clears or ends the graphics calls it first.
 void FlushClipLayer(GpGraphics& g);

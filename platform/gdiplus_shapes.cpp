@@ -201,11 +201,12 @@ GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
                                   pen.end_custom.width, 0.0});
     double reach = EffectiveWidth(g, pen) * LinearScale(g.world) * (10 + cap_widths) + 2;
     if (PathOutsideClip(g, path, reach)) return Ok;
+    double width = EffectiveWidth(g, pen);
+    if (!HasFigureCaps(pen.start_cap) && !HasFigureCaps(pen.end_cap) && FastStroke(g, pen, path, width)) return Ok;
     cairo_t* cr = DrawTarget(g);
     cairo_save(cr);
     UseWorldMatrix(g, cr);
     UseColor(cr, pen.color);
-    double width = EffectiveWidth(g, pen);
     cairo_set_line_width(cr, width);
     cairo_line_cap_t cap = CAIRO_LINE_CAP_BUTT;
     if (pen.start_cap == pen.end_cap && pen.start_cap == LineCapRound) cap = CAIRO_LINE_CAP_ROUND;
@@ -229,6 +230,7 @@ GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
 GpStatus FillPoints(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode) {
     if (path.points.empty()) return Ok;
     if (PathOutsideClip(g, path, 2)) return Ok;
+    if (FastFill(g, color, path, mode)) return Ok;
     cairo_t* cr = DrawTarget(g);
     cairo_save(cr);
     UseWorldMatrix(g, cr);

@@ -108,9 +108,55 @@ void UseFont(cairo_t* cr, const GpFont& font, double em) {
 
 double EmInWorld(const GpFont& font) { return font.size * UnitToWorld(font.unit); }
 
+// Advances of the printable ASCII characters at one em, by face and style:
+// nearly all the displays measure. Each is measured once at a large size,
+// where the face's own units round least, and scaled: unhinted advances grow
+// linearly with the size, and a run's advance is the sum of its glyphs'.
+struct AdvanceTable {
+    const char* face;
+    int style;
+    std::array<double, 95> per_em;  // ' ' to '~'
+};
+constexpr int kAdvanceTables = 16;  // faces times styles a panel uses; past that, cairo measures
+std::array<AdvanceTable, kAdvanceTables> g_advance_tables;
+int g_advance_table_count = 0;
+
+const AdvanceTable* AdvancesFor(const GpFont& font) {
+    int style = font.style & (FontStyleBold | FontStyleItalic);
+    for (int i = 0; i < g_advance_table_count; ++i) {
+        const AdvanceTable& t = g_advance_tables[i];
+        if (t.face == font.face && t.style == style) return &t;
+    }
+    if (g_advance_table_count >= kAdvanceTables) return nullptr;
+    constexpr double kReferenceEm = 1024;
+    AdvanceTable& t = g_advance_tables[g_advance_table_count];
+    cairo_t* cr = MeasureContext();
+    UseFont(cr, font, kReferenceEm);
+    for (int c = ' '; c <= '~'; ++c) {
+        char one[2] = {static_cast<char>(c), 0};
+        cairo_text_extents_t ext;
+        cairo_text_extents(cr, one, &ext);
+        t.per_em[c - ' '] = ext.x_advance / kReferenceEm;
+    }
+    t.face = font.face;
+    t.style = style;
+    ++g_advance_table_count;
+    return &t;
+}
+
 // Advance width of a UTF-8 run, in world units.
 double Advance(const GpFont& font, double em, const char* begin, size_t bytes) {
     if (bytes == 0) return 0;
+    if (const AdvanceTable* table = AdvancesFor(font)) {
+        double sum = 0;
+        size_t i = 0;
+        for (; i < bytes; ++i) {
+            unsigned char c = static_cast<unsigned char>(begin[i]);
+            if (c < ' ' || c > '~') break;
+            sum += table->per_em[c - ' '];
+        }
+        if (i == bytes) return sum * em;
+    }
     std::string run(begin, bytes);
     cairo_t* cr = MeasureContext();
     UseFont(cr, font, em);
@@ -558,7 +604,13 @@ GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string
         cairo_t* cr = DrawTarget(g);
         cairo_save(cr);
         UseWorldMatrix(g, cr);
-        if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0)) {
+        // The layout rectangle clips only what may reach past it: glyphs
+        // well inside it need no clip, and cairo draws them faster without.
+        double slack = kGlyphOverhang / std::max(LinearScale(g.world), 1e-9);
+        bool inside_x = !(r.Width > 0) || (lay.text_left - slack >= r.X && lay.text_right + slack <= r.X + r.Width);
+        double text_bottom = lay.top + lay.line_count * lay.line_height;
+        bool inside_y = !(r.Height > 0) || (lay.top - slack >= r.Y && text_bottom + slack <= r.Y + r.Height);
+        if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0) && !(inside_x && inside_y)) {
             constexpr double kUnbounded = 1e6;  // world units: beyond any surface
             double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;
             double cy = r.Height > 0 ? r.Y : -kUnbounded, ch = r.Height > 0 ? r.Height : 2 * kUnbounded;
