@@ -188,6 +188,7 @@ cairo_t* DrawTarget(GpGraphics& g) {
     if (!EnsureLayer(g)) return g.cr;
     cairo_set_antialias(g.layer_cr, cairo_get_antialias(g.cr));
     PixelTarget box;
+    box.surface = g.layer;
     ClipBox(g, box);
     NoteDrawn(g, box, box.x1, box.y1, box.x2, box.y2);
     return g.layer_cr;

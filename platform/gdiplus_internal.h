@@ -234,6 +234,11 @@ bool DirectPixels(GpGraphics& g, PixelTarget& out);
 // After drawing straight into a target: the box of pixels touched, device
 // pixels [x1, x2) x [y1, y2), which the layer's composite will cover.
 void NoteDrawn(GpGraphics& g, const PixelTarget& where, int x1, int y1, int x2, int y2);
+// Blends a coverage mask (bytes, 255 full) in one colour into a target got
+// from DirectPixels, its top left at (left, top) in device pixels, within
+// the target's clip.
+void BlendMask(GpGraphics& g, const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
+               int mask_stride, ARGB color);
 // Fills the point list straight into the pixels, as FastStroke strokes.
 bool FastFill(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode);
 // Strokes the point list straight into the pixels when the pen, transform

@@ -195,13 +195,13 @@ struct Segment {
 
 Segment Along(const Point& a, const Point& b) {
     double dx = b.x - a.x, dy = b.y - a.y;
-    double len = std::hypot(dx, dy);
+    double len = std::sqrt(dx * dx + dy * dy);  // points stay far below overflow
     return {dx / len, dy / len, len};
 }
 
 // The outline's points on one side (+1: the side of the normal (-uy, ux))
-// where segment `in` meets segment `out` at p. False when the inner side's
-// corner would fall beyond either segment: the simple outline fails there.
+// where segment `in` meets segment `out` at p. False when the run turns
+// straight back on itself.
 bool EmitJoin(Outline& o, const PenShape& pen, const Point& p, const Segment& in, const Segment& out, int side) {
     double h = pen.half;
     double nax = -in.uy * side, nay = in.ux * side;  // the side's offset normals
@@ -216,8 +216,16 @@ bool EmitJoin(Outline& o, const PenShape& pen, const Point& p, const Segment& in
     if (cross * side > 0) {
         // The inner side: where the two offset lines cross, a little way back
         // along each segment.
+        // Past the end of a short segment (a dash that starts just before a
+        // corner) the outline folds back through the corner instead: the
+        // fold's twice-covered sliver is inside the ink either way.
         double back = h * std::fabs(cross) / (1 + dot);
-        if (back > in.length || back > out.length) return false;
+        if (back > in.length || back > out.length) {
+            Emit(o, p.x + h * nax, p.y + h * nay);
+            Emit(o, p.x, p.y);
+            Emit(o, p.x + h * nbx, p.y + h * nby);
+            return true;
+        }
         double k = h / (1 + dot);
         Emit(o, p.x + k * (nax + nbx), p.y + k * (nay + nby));
         return true;
@@ -527,8 +535,8 @@ void Edge(Cells& c, int x1, int y1, int x2, int y2) {
 int Fixed(double v) { return static_cast<int>(std::lround(v * kScale)); }
 
 // An edge cut to the clip: rows above and below add nothing; what lies left
-// of the clip still covers the pixels right of it, so it runs down the
-// clip's left side instead; what lies right of the clip is dropped.
+// or right of the clip still bounds the cover of the pixels between, so it
+// runs down the clip's side instead (the right one a pixel out, never drawn).
 void ClippedEdge(Cells& c, double x1, double y1, double x2, double y2, int cx1, int cy1, int cx2, int cy2) {
     if ((y1 <= cy1 && y2 <= cy1) || (y1 >= cy2 && y2 >= cy2) || y1 == y2) return;
     // Rows first: move each end along the edge onto the clip's top or bottom.
@@ -539,14 +547,10 @@ void ClippedEdge(Cells& c, double x1, double y1, double x2, double y2, int cx1, 
     if (by < cy1) bx = x_at(cy1), by = cy1;
     if (by > cy2) bx = x_at(cy2), by = cy2;
     if (ay == by) return;
-    double left = cx1, right = cx2 + 1.0;  // a pixel's slack on the right: cells there are never drawn
+    double left = cx1, right = cx2 + 1.0;
     auto piece = [&](double px, double py, double qx, double qy) {
         if (py == qy) return;
-        if (px <= left && qx <= left) {
-            Edge(c, Fixed(left), Fixed(py), Fixed(left), Fixed(qy));
-        } else if (px < right || qx < right) {
-            Edge(c, Fixed(std::clamp(px, left, right)), Fixed(py), Fixed(std::clamp(qx, left, right)), Fixed(qy));
-        }
+        Edge(c, Fixed(std::clamp(px, left, right)), Fixed(py), Fixed(std::clamp(qx, left, right)), Fixed(qy));
     };
     // Then the columns: cut where the edge crosses either side, and draw the
     // pieces in order.
@@ -819,6 +823,31 @@ bool FastStroke(GpGraphics& g, const GpPen& pen, const GpPath& path, double worl
         if (!ok || o.overflow) return false;
     }
     return ScanOutline(g, o, pen.color, false);
+}
+
+void BlendMask(GpGraphics& g, const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
+               int mask_stride, ARGB color) {
+    uint32_t alpha = color >> 24;
+    int x1 = std::max(left, where.x1), x2 = std::min(left + width, where.x2);
+    int y1 = std::max(top, where.y1), y2 = std::min(top + height, where.y2);
+    if (alpha == 0 || x1 >= x2 || y1 >= y2) return;
+    uint32_t* pixels = reinterpret_cast<uint32_t*>(cairo_image_surface_get_data(where.surface));
+    if (pixels == nullptr) return;
+    int stride = cairo_image_surface_get_stride(where.surface) / 4;
+    uint32_t source = alpha << 24 | MulByte((color >> 16) & 0xFF, alpha) << 16 | MulByte((color >> 8) & 0xFF, alpha) << 8 |
+                      MulByte(color & 0xFF, alpha);
+    for (int y = y1; y < y2; ++y) {
+        uint32_t* row = pixels + static_cast<ptrdiff_t>(y) * stride;
+        const uint8_t* cover = mask + static_cast<ptrdiff_t>(y - top) * mask_stride - left;
+        for (int x = x1; x < x2; ++x) {
+            uint32_t c = cover[x];
+            if (c == 0) continue;
+            uint32_t s = c == 255 ? source : MulPixel(source, c);
+            row[x] = s + MulPixel(row[x], 255 - (s >> 24));
+        }
+    }
+    cairo_surface_mark_dirty_rectangle(where.surface, x1, y1, x2 - x1, y2 - y1);
+    NoteDrawn(g, where, x1, y1, x2, y2);
 }
 
 bool FastFill(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode) {

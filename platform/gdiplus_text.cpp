@@ -4,6 +4,7 @@
 //
 // [SECTION] Family names and faces
 // [SECTION] Font metrics
+// [SECTION] Glyph cache
 // [SECTION] Layout
 // [SECTION] Flat text calls
 //
@@ -163,6 +164,159 @@ double Advance(const GpFont& font, double em, const char* begin, size_t bytes) {
     cairo_text_extents_t ext;
     cairo_text_extents(cr, run.c_str(), &ext);
     return ext.x_advance;
+}
+
+// [SECTION] Glyph cache
+// Glyph images as cairo draws them, kept by face, style, smoothing and the
+// glyph's size and turn in device pixels, so that a string costs its glyphs'
+// blends rather than cairo's set-up for each call. cairo's image surfaces
+// place a glyph's image at its origin rounded to the pixel, so a run drawn
+// from here has the same pixels as cairo's, but for the glyph's shape: its
+// size is kept to 1/16 pixel and its turn to half a degree (a compass
+// card's figures turn with the heading, and a finer step would make new
+// images at every frame of a turn). The glyphs' places are exact.
+constexpr int kGlyphSets = 128;
+constexpr int kGlyphWays = 4;        // faces a set holds; the least recently used goes
+constexpr int kGlyphCount = '~' - ' ' + 1;
+constexpr int kMaxGlyphEm = 64;      // device pixels; larger text stays with cairo
+constexpr double kMatrixSteps = 16;  // glyph sizes kept to 1/16 pixel
+constexpr double kTurnSteps = 2;     // glyph turns kept to half a degree
+
+struct GlyphImage {
+    bool ready;         // drawn into the cache (or found too big)
+    bool drawable;      // fits the scratch image
+    int16_t dx, dy;     // its top left from the glyph origin, device pixels
+    int16_t width, height;
+    uint32_t offset;    // into the face's pixels
+};
+
+struct GlyphFace {
+    bool used = false;
+    const char* face = nullptr;
+    int style = 0;
+    bool sharp = false;
+    std::array<int32_t, 4> matrix{};  // the glyph's turn in half degrees, then its sizes (see GlyphMatrix)
+    uint64_t last_use = 0;
+    std::array<GlyphImage, kGlyphCount> glyphs{};
+    std::vector<uint8_t> pixels;      // the images, each row after row
+};
+
+std::array<GlyphFace, kGlyphSets * kGlyphWays>& GlyphFaces() {
+    static auto* faces = new std::array<GlyphFace, kGlyphSets * kGlyphWays>();  // lives as long as the process
+    return *faces;
+}
+uint64_t g_glyph_clock = 0;
+
+GlyphFace& GlyphFaceFor(const GpFont& font, bool sharp, const std::array<int32_t, 4>& matrix) {
+    int style = font.style & (FontStyleBold | FontStyleItalic);
+    uint64_t h = reinterpret_cast<uintptr_t>(font.face) * 0x9E3779B97F4A7C15ull ^ static_cast<uint64_t>(style) << 1 ^
+                 (sharp ? 1u : 0u);
+    for (int32_t v : matrix) h = (h ^ static_cast<uint32_t>(v)) * 0x100000001B3ull;
+    size_t set = static_cast<size_t>(h ^ (h >> 29)) % kGlyphSets;
+    GlyphFace* ways = GlyphFaces().data() + set * kGlyphWays;
+    GlyphFace* oldest = ways;
+    for (int i = 0; i < kGlyphWays; ++i) {
+        GlyphFace& f = ways[i];
+        if (f.used && f.face == font.face && f.style == style && f.sharp == sharp && f.matrix == matrix) {
+            f.last_use = ++g_glyph_clock;
+            return f;
+        }
+        if (!f.used || (oldest->used && f.last_use < oldest->last_use)) oldest = &f;
+    }
+    GlyphFace& f = *oldest;
+    f.used = true;
+    f.face = font.face;
+    f.style = style;
+    f.sharp = sharp;
+    f.matrix = matrix;
+    f.last_use = ++g_glyph_clock;
+    for (GlyphImage& image : f.glyphs) image.ready = false;
+    f.pixels.clear();  // keeps its storage for the new face
+    return f;
+}
+
+cairo_font_options_t* TextOptions(bool sharp) {
+    static cairo_font_options_t* smooth = nullptr;
+    static cairo_font_options_t* single_bit = nullptr;
+    if (smooth == nullptr) {
+        smooth = cairo_font_options_create();
+        cairo_font_options_set_antialias(smooth, CAIRO_ANTIALIAS_GRAY);
+        cairo_font_options_set_hint_style(smooth, CAIRO_HINT_STYLE_NONE);
+        cairo_font_options_set_hint_metrics(smooth, CAIRO_HINT_METRICS_OFF);
+        single_bit = cairo_font_options_copy(smooth);
+        cairo_font_options_set_antialias(single_bit, CAIRO_ANTIALIAS_NONE);
+    }
+    return sharp ? single_bit : smooth;
+}
+
+// Draws one glyph into the face's images: cairo draws it at a whole-pixel
+// origin in the middle of a scratch mask three ems wide, and its inked box
+// is kept.
+void RenderGlyph(GlyphFace& f, const GpFont& font, int index) {
+    constexpr int kScratch = 3 * kMaxGlyphEm + 8;
+    static cairo_surface_t* scratch = nullptr;
+    static cairo_t* cr = nullptr;
+    GlyphImage& image = f.glyphs[index];
+    image = GlyphImage{true, false, 0, 0, 0, 0, 0};
+    if (cr == nullptr) {
+        scratch = cairo_image_surface_create(CAIRO_FORMAT_A8, kScratch, kScratch);
+        cr = cairo_create(scratch);
+    }
+    if (cairo_status(cr) != CAIRO_STATUS_SUCCESS) return;
+    double em = std::max({std::fabs(f.matrix[1]), std::fabs(f.matrix[2]), std::fabs(f.matrix[3])}) / kMatrixSteps;
+    int kSide = std::min(kScratch, static_cast<int>(std::ceil(3 * em)) + 8);
+    int kGlyphScratch = kSide / 2;
+    cairo_save(cr);
+    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+    cairo_set_source_rgba(cr, 0, 0, 0, 0);
+    cairo_rectangle(cr, 0, 0, kSide, kSide);
+    cairo_fill(cr);
+    cairo_restore(cr);
+    cairo_set_font_face(cr, font.cairo_face);
+    // The turn, then the glyph's own axes: x along the baseline (a), y
+    // sheared along it (c) and across it (d).
+    double turn = f.matrix[0] / kTurnSteps * M_PI / 180;
+    double a = f.matrix[1] / kMatrixSteps, c = f.matrix[2] / kMatrixSteps, d = f.matrix[3] / kMatrixSteps;
+    double cs = std::cos(turn), sn = std::sin(turn);
+    cairo_matrix_t m;
+    cairo_matrix_init(&m, a * cs, a * sn, c * cs - d * sn, c * sn + d * cs, 0, 0);
+    cairo_set_font_matrix(cr, &m);
+    cairo_set_font_options(cr, TextOptions(f.sharp));
+    cairo_set_source_rgba(cr, 0, 0, 0, 1);
+    cairo_new_path(cr);
+    cairo_move_to(cr, kGlyphScratch, kGlyphScratch);
+    char one[2] = {static_cast<char>(' ' + index), 0};
+    cairo_show_text(cr, one);
+    cairo_surface_flush(scratch);
+    const uint8_t* data = cairo_image_surface_get_data(scratch);
+    int stride = cairo_image_surface_get_stride(scratch);
+    if (data == nullptr) return;
+    int x1 = kSide, y1 = kSide, x2 = -1, y2 = -1;
+    for (int y = 0; y < kSide; ++y) {
+        const uint8_t* row = data + static_cast<ptrdiff_t>(y) * stride;
+        for (int x = 0; x < kSide; ++x) {
+            if (row[x] == 0) continue;
+            x1 = std::min(x1, x);
+            x2 = std::max(x2, x);
+            y1 = std::min(y1, y);
+            y2 = std::max(y2, y);
+        }
+    }
+    if (x2 < 0) {  // no ink: a space
+        image.drawable = true;
+        return;
+    }
+    if (x1 == 0 || y1 == 0 || x2 == kSide - 1 || y2 == kSide - 1) return;  // may reach past the scratch
+    image.drawable = true;
+    image.dx = static_cast<int16_t>(x1 - kGlyphScratch);
+    image.dy = static_cast<int16_t>(y1 - kGlyphScratch);
+    image.width = static_cast<int16_t>(x2 - x1 + 1);
+    image.height = static_cast<int16_t>(y2 - y1 + 1);
+    image.offset = static_cast<uint32_t>(f.pixels.size());
+    for (int y = y1; y <= y2; ++y) {
+        const uint8_t* row = data + static_cast<ptrdiff_t>(y) * stride;
+        f.pixels.insert(f.pixels.end(), row + x1, row + x2 + 1);
+    }
 }
 
 // [SECTION] Layout
@@ -360,6 +514,63 @@ void DeviceBox(const Affine& m, double x, double y, double w, double h, double& 
 bool ValidRect(const GpRectF* r) {
     return r != nullptr && std::isfinite(r->X) && std::isfinite(r->Y) && std::isfinite(r->Width) &&
            std::isfinite(r->Height) && r->Width >= 0 && r->Height >= 0;
+}
+
+// Draws the laid-out lines from the glyph cache, straight into the pixels,
+// each glyph at its origin rounded to the pixel as cairo places it. False,
+// with nothing drawn, for a character outside printable ASCII, a glyph too
+// big for the cache, or a target the pixels can't be written to directly.
+bool DrawCachedGlyphs(GpGraphics& g, const GpFont& font, const Layout& lay, ARGB color, bool sharp) {
+    const AdvanceTable* advances = AdvancesFor(font);
+    if (advances == nullptr || font.cairo_face == nullptr) return false;
+    // 1. The glyph matrix in device pixels, as a turn of the baseline and
+    // the glyph's axes along and across it; then every glyph ready.
+    const Affine& w = g.world;
+    double xx = lay.em * w.m11, yx = lay.em * w.m12, xy = lay.em * w.m21, yy = lay.em * w.m22;
+    double turn = std::atan2(yx, xx);
+    double cs = std::cos(turn), sn = std::sin(turn);
+    double a = std::sqrt(xx * xx + yx * yx), c = xy * cs + yy * sn, d = -xy * sn + yy * cs;
+    if (!(a <= kMaxGlyphEm) || !(std::fabs(c) <= kMaxGlyphEm) || !(std::fabs(d) <= kMaxGlyphEm)) return false;
+    long half_degrees = std::lround(turn * 180 / M_PI * kTurnSteps);
+    std::array<int32_t, 4> matrix{static_cast<int32_t>(half_degrees % static_cast<long>(360 * kTurnSteps)),
+                                  static_cast<int32_t>(std::lround(a * kMatrixSteps)),
+                                  static_cast<int32_t>(std::lround(c * kMatrixSteps)),
+                                  static_cast<int32_t>(std::lround(d * kMatrixSteps))};
+    GlyphFace& face = GlyphFaceFor(font, sharp, matrix);
+    for (int i = 0; i < lay.line_count; ++i) {
+        for (size_t k = lay.lines[i].begin; k < lay.lines[i].end; ++k) {
+            unsigned char c = static_cast<unsigned char>(lay.text[k]);
+            if (c < ' ' || c > '~') return false;
+            GlyphImage& image = face.glyphs[c - ' '];
+            if (!image.ready) RenderGlyph(face, font, c - ' ');
+            if (!image.drawable) return false;
+        }
+    }
+    PixelTarget where;
+    if (!DirectPixels(g, where)) return false;
+    // 2. Each glyph at its origin: the run's start plus the advances before it.
+    bool half = g.pixel_offset == PixelOffsetModeHalf || g.pixel_offset == PixelOffsetModeHighQuality;
+    double shift = half ? 0.0 : 0.5;
+    cairo_surface_flush(where.surface);
+    for (int i = 0; i < lay.line_count; ++i) {
+        const Line& line = lay.lines[i];
+        double baseline = lay.top + i * lay.line_height + font.ascent * lay.em;
+        double x = line.x;
+        for (size_t k = line.begin; k < line.end; ++k) {
+            int index = static_cast<unsigned char>(lay.text[k]) - ' ';
+            const GlyphImage& image = face.glyphs[index];
+            if (image.width > 0) {
+                double px = x, py = baseline;
+                Apply(w, px, py);
+                int ox = static_cast<int>(std::floor(px + shift + 0.5));
+                int oy = static_cast<int>(std::floor(py + shift + 0.5));
+                BlendMask(g, where, ox + image.dx, oy + image.dy, face.pixels.data() + image.offset, image.width,
+                          image.height, image.width, color);
+            }
+            x += advances->per_em[index] * lay.em;
+        }
+    }
+    return true;
 }
 
 }  // namespace
@@ -600,17 +811,24 @@ GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string
     DeviceBox(g.world, lay.text_left, lay.top, lay.text_right - lay.text_left, lay.line_count * lay.line_height, bx, by,
               bw, bh);
     constexpr double kGlyphOverhang = 4;  // device pixels a glyph may reach past its advance box
-    if (!OutsideClip(g, bx - kGlyphOverhang, by - kGlyphOverhang, bx + bw + kGlyphOverhang, by + bh + kGlyphOverhang)) {
+    bool single_bit = g.text_hint == TextRenderingHintSingleBitPerPixelGridFit ||
+                      g.text_hint == TextRenderingHintSingleBitPerPixel;
+    // The layout rectangle clips only what may reach past it: glyphs well
+    // inside it need no clip.
+    double slack = kGlyphOverhang / std::max(LinearScale(g.world), 1e-9);
+    bool inside_x = !(r.Width > 0) || (lay.text_left - slack >= r.X && lay.text_right + slack <= r.X + r.Width);
+    double text_bottom = lay.top + lay.line_count * lay.line_height;
+    bool inside_y = !(r.Height > 0) || (lay.top - slack >= r.Y && text_bottom + slack <= r.Y + r.Height);
+    bool clip_to_layout = (flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0) &&
+                          !(inside_x && inside_y);
+    bool visible =
+        !OutsideClip(g, bx - kGlyphOverhang, by - kGlyphOverhang, bx + bw + kGlyphOverhang, by + bh + kGlyphOverhang);
+    bool plain = (font->style & (FontStyleUnderline | FontStyleStrikeout)) == 0;
+    if (visible && !(plain && !clip_to_layout && DrawCachedGlyphs(g, *font, lay, brush->color, single_bit))) {
         cairo_t* cr = DrawTarget(g);
         cairo_save(cr);
         UseWorldMatrix(g, cr);
-        // The layout rectangle clips only what may reach past it: glyphs
-        // well inside it need no clip, and cairo draws them faster without.
-        double slack = kGlyphOverhang / std::max(LinearScale(g.world), 1e-9);
-        bool inside_x = !(r.Width > 0) || (lay.text_left - slack >= r.X && lay.text_right + slack <= r.X + r.Width);
-        double text_bottom = lay.top + lay.line_count * lay.line_height;
-        bool inside_y = !(r.Height > 0) || (lay.top - slack >= r.Y && text_bottom + slack <= r.Y + r.Height);
-        if ((flags & StringFormatFlagsNoClip) == 0 && (r.Width > 0 || r.Height > 0) && !(inside_x && inside_y)) {
+        if (clip_to_layout) {
             constexpr double kUnbounded = 1e6;  // world units: beyond any surface
             double cx = r.Width > 0 ? r.X : -kUnbounded, cw = r.Width > 0 ? r.Width : 2 * kUnbounded;
             double cy = r.Height > 0 ? r.Y : -kUnbounded, ch = r.Height > 0 ? r.Height : 2 * kUnbounded;
@@ -618,19 +836,7 @@ GpStatus WINGDIPAPI GdipDrawString(GpGraphics* graphics, GDIPCONST WCHAR* string
             cairo_rectangle(cr, cx, cy, cw, ch);
             cairo_clip(cr);
         }
-        static cairo_font_options_t* smooth = nullptr;
-        static cairo_font_options_t* sharp = nullptr;
-        if (smooth == nullptr) {
-            smooth = cairo_font_options_create();
-            cairo_font_options_set_antialias(smooth, CAIRO_ANTIALIAS_GRAY);
-            cairo_font_options_set_hint_style(smooth, CAIRO_HINT_STYLE_NONE);
-            cairo_font_options_set_hint_metrics(smooth, CAIRO_HINT_METRICS_OFF);
-            sharp = cairo_font_options_copy(smooth);
-            cairo_font_options_set_antialias(sharp, CAIRO_ANTIALIAS_NONE);
-        }
-        bool single_bit = g.text_hint == TextRenderingHintSingleBitPerPixelGridFit ||
-                          g.text_hint == TextRenderingHintSingleBitPerPixel;
-        cairo_set_font_options(cr, single_bit ? sharp : smooth);
+        cairo_set_font_options(cr, TextOptions(single_bit));
         UseFont(cr, *font, lay.em);
         UseColor(cr, brush->color);
         std::string run;
