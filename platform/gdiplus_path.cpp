@@ -106,6 +106,7 @@ GpStatus PathAddArc(GpPath& path, double x, double y, double w, double h, double
     if (!Room(path, 1 + 3 * 5)) return OutOfMemory;
     if (sweep > 360) sweep = 360;
     if (sweep < -360) sweep = -360;
+    start = std::fmod(start, 360.0);  // only its place on the ellipse counts; a huge one would never settle
     double a = w / 2, b = h / 2;
     double cx = x + a, cy = y + b;
     double t0 = ParametricAngle(start, a, b);

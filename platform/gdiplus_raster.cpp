@@ -314,10 +314,39 @@ bool OutlineClosed(Outline& o, const PenShape& pen, const Point* p, int count) {
     return !o.overflow;
 }
 
+// A box in world units: the part of the plane a stroke can show in.
+struct WorldBox {
+    double x1, y1, x2, y2;
+};
+
+// The part of segment a-b inside the box, as fractions [t0, t1] of it;
+// false when none is.
+bool InsideBox(const Point& a, const Point& b, const WorldBox& box, double& t0, double& t1) {
+    t0 = 0;
+    t1 = 1;
+    const double d[2] = {b.x - a.x, b.y - a.y};
+    const double from[2] = {a.x, a.y};
+    const double low[2] = {box.x1, box.y1}, high[2] = {box.x2, box.y2};
+    for (int k = 0; k < 2; ++k) {
+        if (d[k] == 0) {
+            if (from[k] < low[k] || from[k] > high[k]) return false;
+            continue;
+        }
+        double ta = (low[k] - from[k]) / d[k], tb = (high[k] - from[k]) / d[k];
+        if (ta > tb) std::swap(ta, tb);
+        t0 = std::max(t0, ta);
+        t1 = std::min(t1, tb);
+    }
+    return t0 < t1;
+}
+
 // The dashes of one figure as open runs: the pattern in world units,
 // starting afresh at each figure, each dash ended as the pen's ends are.
+// Only dashes within `visible` are made: beyond it the pattern's place is
+// carried by arithmetic, so a leg running far off the display costs no more
+// than its part on it.
 bool OutlineDashed(Outline& o, const PenShape& pen, const Point* p, int count, bool closed, const double* pattern,
-                   int pattern_count) {
+                   int pattern_count, const WorldBox& visible) {
     static Point run[kMaxPoints];
     int run_count = 0;
     auto flush = [&]() {
@@ -331,17 +360,24 @@ bool OutlineDashed(Outline& o, const PenShape& pen, const Point* p, int count, b
         run[run_count++] = {x, y};
         return true;
     };
+    double period = 0;
+    for (int k = 0; k < pattern_count; ++k) period += pattern[k];
     int dash = 0;
     double left = pattern[0];  // of the dash or gap under way
     bool on = true;
-    if (!add(p[0].x, p[0].y)) return false;
-    int segments = closed ? count : count - 1;
-    for (int i = 0; i < segments; ++i) {
-        const Point& a = p[i];
-        const Point& b = p[(i + 1) % count];
-        Segment s = Along(a, b);
-        double at = 0;
-        while (s.length - at > left) {
+    // Moves the pattern's place on by `distance` without drawing.
+    auto skip = [&](double distance) {
+        double into = pattern[dash] - left + distance;  // from the start of the period
+        for (int k = 0; k < dash; ++k) into += pattern[k];
+        into = std::fmod(into, period);
+        dash = 0;
+        while (dash + 1 < pattern_count && into >= pattern[dash]) into -= pattern[dash++];
+        left = pattern[dash] - into;
+        on = dash % 2 == 0;
+    };
+    // Draws the dashes from `at` to `to` along segment s from a.
+    auto walk = [&](const Point& a, const Segment& s, double at, double to) {
+        while (to - at > left) {
             at += left;
             double x = a.x + s.ux * at, y = a.y + s.uy * at;
             if (!add(x, y)) return false;
@@ -350,8 +386,28 @@ bool OutlineDashed(Outline& o, const PenShape& pen, const Point* p, int count, b
             dash = (dash + 1) % pattern_count;
             left = pattern[dash];
         }
-        left -= s.length - at;
-        if (on && !add(b.x, b.y)) return false;
+        left -= to - at;
+        return true;
+    };
+    int segments = closed ? count : count - 1;
+    for (int i = 0; i < segments; ++i) {
+        const Point& a = p[i];
+        const Point& b = p[(i + 1) % count];
+        Segment s = Along(a, b);
+        double t0 = 0, t1 = 0;
+        if (!InsideBox(a, b, visible, t0, t1)) t0 = t1 = 1;
+        double enter = s.length * t0, leave = s.length * t1;
+        if (enter > 0) {  // out of sight up to here
+            if (on && !flush()) return false;
+            skip(enter);
+        }
+        if (on && !add(a.x + s.ux * enter, a.y + s.uy * enter)) return false;
+        if (!walk(a, s, enter, leave)) return false;
+        if (on && !add(a.x + s.ux * leave, a.y + s.uy * leave)) return false;
+        if (leave < s.length) {  // out of sight from here
+            if (on && !flush()) return false;
+            skip(s.length - leave);
+        }
     }
     return !on || flush();
 }
@@ -803,6 +859,26 @@ bool FastStroke(GpGraphics& g, const GpPen& pen, const GpPath& path, double worl
     std::array<double, kMaxDashCount> pattern{};
     int pattern_count = DevicePattern(pen, world_width, pattern);
     if (pattern_count < 0) return false;
+    // Where dashes can show: the clip's extents, grown by the pen's reach,
+    // in world units.
+    WorldBox visible{0, 0, 0, 0};
+    if (pattern_count > 0) {
+        const Affine& m = g.world;
+        double det = m.m11 * m.m22 - m.m12 * m.m21;
+        double reach = world_width * stretch * 12 + 4;
+        const double xs[2] = {g.clip_x1 - reach, g.clip_x2 + reach}, ys[2] = {g.clip_y1 - reach, g.clip_y2 + reach};
+        bool first = true;
+        for (double dx : xs)
+            for (double dy : ys) {
+                // The inverse of x' = x m11 + y m21 + dx, y' = x m12 + y m22 + dy.
+                double x = dx - m.dx, y = dy - m.dy;
+                double wx = (x * m.m22 - y * m.m21) / det, wy = (y * m.m11 - x * m.m12) / det;
+                if (first) visible = {wx, wy, wx, wy};
+                visible = {std::min(visible.x1, wx), std::min(visible.y1, wy), std::max(visible.x2, wx),
+                           std::max(visible.y2, wy)};
+                first = false;
+            }
+    }
     Outline& o = g_outline;
     o.point_count = 0;
     o.contour_count = 0;
@@ -816,7 +892,9 @@ bool FastStroke(GpGraphics& g, const GpPen& pen, const GpPath& path, double worl
             continue;
         }
         bool ok = true;
-        if (pattern_count > 0) ok = OutlineDashed(o, shape, p, fig.count, fig.closed, pattern.data(), pattern_count);
+        if (pattern_count > 0) {
+            ok = OutlineDashed(o, shape, p, fig.count, fig.closed, pattern.data(), pattern_count, visible);
+        }
         else if (fig.closed && fig.count >= 3) ok = OutlineClosed(o, shape, p, fig.count);
         else if (fig.closed) return false;  // there and back: cairo's own rule
         else ok = OutlineOpenRun(o, shape, p, fig.count);

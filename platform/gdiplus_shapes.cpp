@@ -196,6 +196,11 @@ bool PathOutsideClip(GpGraphics& g, const GpPath& path, double margin) {
 
 GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path) {
     if (path.points.empty()) return Ok;
+    // A transform that squeezes one way a million times more than the other
+    // draws no outline: cairo's stroker does not come back from such a pen.
+    const Affine& m = g.world;
+    double squares = m.m11 * m.m11 + m.m12 * m.m12 + m.m21 * m.m21 + m.m22 * m.m22;
+    if (!(squares < 1e6 * std::fabs(m.m11 * m.m22 - m.m12 * m.m21))) return Ok;
     // Miter joins, caps and arrow heads reach some pen widths past the points.
     double cap_widths = std::max({pen.start_custom.height, pen.start_custom.width, pen.end_custom.height,
                                   pen.end_custom.width, 0.0});
