@@ -83,8 +83,7 @@ bool AddBezier(Figures& f, Point p0, Point p1, Point p2, Point p3, double tolera
     double ax = p0.x - 2 * p1.x + p2.x, ay = p0.y - 2 * p1.y + p2.y;
     double bx = p1.x - 2 * p2.x + p3.x, by = p1.y - 2 * p2.y + p3.y;
     double m = std::max(std::hypot(ax, ay), std::hypot(bx, by));
-    int steps = static_cast<int>(std::ceil(std::sqrt(0.75 * m / tolerance)));
-    steps = std::clamp(steps, 1, 256);
+    int steps = static_cast<int>(std::clamp(std::ceil(std::sqrt(0.75 * m / tolerance)), 1.0, 256.0));
     for (int i = 1; i <= steps; ++i) {
         double t = static_cast<double>(i) / steps, u = 1 - t;
         double b0 = u * u * u, b1 = 3 * u * u * t, b2 = 3 * u * t * t, b3 = t * t * t;
@@ -181,7 +180,9 @@ void EndContour(Outline& o) {
 // radians, both ends left out; as many as keep each chord within tolerance.
 void EmitArc(Outline& o, double cx, double cy, double r, double a0, double sweep, double tolerance) {
     double step = r > tolerance ? 2 * std::acos(1 - tolerance / r) : M_PI / 2;
-    int pieces = std::clamp(static_cast<int>(std::ceil(std::fabs(sweep) / step)), 1, 64);
+    // In doubles first: a tolerance far below the radius makes the step 0.
+    double count = std::ceil(std::fabs(sweep) / step);
+    int pieces = count >= 1 ? static_cast<int>(std::min(count, 64.0)) : 1;
     for (int i = 1; i < pieces; ++i) {
         double a = a0 + sweep * i / pieces;
         Emit(o, cx + r * std::cos(a), cy + r * std::sin(a));

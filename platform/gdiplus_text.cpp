@@ -562,6 +562,10 @@ bool DrawCachedGlyphs(GpGraphics& g, const GpFont& font, const Layout& lay, ARGB
             if (image.width > 0) {
                 double px = x, py = baseline;
                 Apply(w, px, py);
+                if (!(std::fabs(px) < 1e6) || !(std::fabs(py) < 1e6)) {  // far off any surface
+                    x += advances->per_em[index] * lay.em;
+                    continue;
+                }
                 int ox = static_cast<int>(std::floor(px + shift + 0.5));
                 int oy = static_cast<int>(std::floor(py + shift + 0.5));
                 BlendMask(g, where, ox + image.dx, oy + image.dy, face.pixels.data() + image.offset, image.width,
