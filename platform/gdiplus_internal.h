@@ -258,6 +258,9 @@ double UnitToWorld(Unit unit);
 // Stroke or fill a built point list with the graphics' transform and clip.
 GpStatus StrokePoints(GpGraphics& g, const GpPen& pen, const GpPath& path);
 GpStatus FillPoints(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode);
+// The pen's dash pattern, its entries times `width`: their number, 0 for a
+// solid pen, -1 for a pattern the pen can't hold.
+int PenDashes(const GpPen& pen, double width, std::array<double, kMaxDashCount>& out);
 // Append a point list to cairo's current path (in the current matrix).
 void AppendToCairo(cairo_t* cr, const GpPath& path);
 

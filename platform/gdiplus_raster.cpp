@@ -756,28 +756,13 @@ Cells g_cells;
 // The pen's dash pattern in world units: its length, 0 for a solid pen,
 // -1 for one too fine to walk.
 int DevicePattern(const GpPen& pen, double width, std::array<double, kMaxDashCount>& out) {
-    static constexpr double kDash[] = {3, 1};
-    static constexpr double kDot[] = {1, 1};
-    static constexpr double kDashDot[] = {3, 1, 1, 1};
-    static constexpr double kDashDotDot[] = {3, 1, 1, 1, 1, 1};
-    const double* pattern = nullptr;
-    int count = 0;
-    switch (pen.dash_style) {
-        case DashStyleDash: pattern = kDash; count = 2; break;
-        case DashStyleDot: pattern = kDot; count = 2; break;
-        case DashStyleDashDot: pattern = kDashDot; count = 4; break;
-        case DashStyleDashDotDot: pattern = kDashDotDot; count = 6; break;
-        case DashStyleCustom: pattern = pen.dashes.data(); count = pen.dash_count; break;
-        default: return 0;
-    }
-    if (count <= 0 || count > kMaxDashCount) return -1;
+    int count = PenDashes(pen, width, out);
     double total = 0;
     for (int i = 0; i < count; ++i) {
-        out[i] = pattern[i] * width;
         if (!(out[i] >= 0)) return -1;
         total += out[i];
     }
-    return total > 0.05 ? count : -1;
+    return count <= 0 || total > 0.05 ? count : -1;
 }
 
 // The transform's largest stretch (a world unit is at most this many

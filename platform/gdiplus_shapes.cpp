@@ -21,6 +21,26 @@
 
 namespace gdip {
 
+int PenDashes(const GpPen& pen, double width, std::array<double, kMaxDashCount>& out) {
+    static constexpr double kDash[] = {3, 1};
+    static constexpr double kDot[] = {1, 1};
+    static constexpr double kDashDot[] = {3, 1, 1, 1};
+    static constexpr double kDashDotDot[] = {3, 1, 1, 1, 1, 1};
+    const double* pattern = nullptr;
+    int count = 0;
+    switch (pen.dash_style) {
+        case DashStyleDash: pattern = kDash; count = 2; break;
+        case DashStyleDot: pattern = kDot; count = 2; break;
+        case DashStyleDashDot: pattern = kDashDot; count = 4; break;
+        case DashStyleDashDotDot: pattern = kDashDotDot; count = 6; break;
+        case DashStyleCustom: pattern = pen.dashes.data(); count = pen.dash_count; break;
+        default: return 0;
+    }
+    if (count <= 0 || count > kMaxDashCount) return count == 0 ? 0 : -1;
+    for (int i = 0; i < count; ++i) out[i] = pattern[i] * width;
+    return count;
+}
+
 namespace {
 
 // One scratch list for the shape calls: no allocation per call once warm.
@@ -40,27 +60,9 @@ double EffectiveWidth(const GpGraphics& g, const GpPen& pen) {
 }
 
 void SetDashes(cairo_t* cr, const GpPen& pen, double width) {
-    static constexpr double kDash[] = {3, 1};
-    static constexpr double kDot[] = {1, 1};
-    static constexpr double kDashDot[] = {3, 1, 1, 1};
-    static constexpr double kDashDotDot[] = {3, 1, 1, 1, 1, 1};
-    const double* pattern = nullptr;
-    int count = 0;
-    switch (pen.dash_style) {
-        case DashStyleDash: pattern = kDash; count = 2; break;
-        case DashStyleDot: pattern = kDot; count = 2; break;
-        case DashStyleDashDot: pattern = kDashDot; count = 4; break;
-        case DashStyleDashDotDot: pattern = kDashDotDot; count = 6; break;
-        case DashStyleCustom: pattern = pen.dashes.data(); count = pen.dash_count; break;
-        default: break;
-    }
-    if (pattern == nullptr || count == 0) {
-        cairo_set_dash(cr, nullptr, 0, 0);
-        return;
-    }
     std::array<double, kMaxDashCount> scaled{};
-    for (int i = 0; i < count; ++i) scaled[i] = pattern[i] * width;
-    cairo_set_dash(cr, scaled.data(), count, 0);
+    int count = PenDashes(pen, width, scaled);
+    cairo_set_dash(cr, count > 0 ? scaled.data() : nullptr, std::max(count, 0), 0);
 }
 
 // The open ends of a point list: position and outward unit direction.

@@ -7,6 +7,8 @@
 #include <gdiplus_flat.h>
 #include <orbhost.h>
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -41,6 +43,19 @@ struct Canvas {
         for (uint32_t p : pixels) n += p == argb;
         return n;
     }
+};
+
+// A pen or a solid brush for the flat calls, deleted at the end of its scope.
+struct PenOf {
+    GpPen* p = nullptr;
+    PenOf(ARGB colour, float width) { EXPECT_EQ(GdipCreatePen1(colour, width, UnitWorld, &p), Ok); }
+    ~PenOf() { GdipDeletePen(p); }
+};
+
+struct BrushOf {
+    GpSolidFill* b = nullptr;
+    explicit BrushOf(ARGB colour) { EXPECT_EQ(GdipCreateSolidFill(colour, &b), Ok); }
+    ~BrushOf() { GdipDeleteBrush(b); }
 };
 
 // One string as the host saw it.

@@ -11,7 +11,9 @@
 #include <functional>
 #include <string>
 
+using test_canvas::BrushOf;
 using test_canvas::Canvas;
+using test_canvas::PenOf;
 
 namespace {
 
@@ -25,18 +27,6 @@ struct Smooth {
         EXPECT_EQ(GdipSetSmoothingMode(g, SmoothingModeAntiAlias), Ok);
     }
     ~Smooth() { GdipDeleteGraphics(g); }
-};
-
-struct PenOf {
-    GpPen* p = nullptr;
-    PenOf(ARGB colour, float width) { EXPECT_EQ(GdipCreatePen1(colour, width, UnitWorld, &p), Ok); }
-    ~PenOf() { GdipDeletePen(p); }
-};
-
-struct BrushOf {
-    GpSolidFill* b = nullptr;
-    explicit BrushOf(ARGB colour) { EXPECT_EQ(GdipCreateSolidFill(colour, &b), Ok); }
-    ~BrushOf() { GdipDeleteBrush(b); }
 };
 
 // cairo on a canvas's pixels, with GDI+'s pixel centres (half a pixel

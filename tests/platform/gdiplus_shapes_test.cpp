@@ -6,7 +6,9 @@
 
 #include <cmath>
 
+using test_canvas::BrushOf;
 using test_canvas::Canvas;
+using test_canvas::PenOf;
 
 namespace {
 
@@ -22,18 +24,6 @@ struct Sharp {
         EXPECT_EQ(GdipSetSmoothingMode(g, SmoothingModeNone), Ok);
     }
     ~Sharp() { GdipDeleteGraphics(g); }
-};
-
-struct PenOf {
-    GpPen* p = nullptr;
-    PenOf(ARGB colour, float width) { EXPECT_EQ(GdipCreatePen1(colour, width, UnitWorld, &p), Ok); }
-    ~PenOf() { GdipDeletePen(p); }
-};
-
-struct BrushOf {
-    GpSolidFill* b = nullptr;
-    explicit BrushOf(ARGB colour) { EXPECT_EQ(GdipCreateSolidFill(colour, &b), Ok); }
-    ~BrushOf() { GdipDeleteBrush(b); }
 };
 
 // Coloured runs along row y from x0 to x1: (inked pixels, number of runs).
