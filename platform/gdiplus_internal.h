@@ -236,8 +236,9 @@ bool DirectPixels(GpGraphics& g, PixelTarget& out);
 void NoteDrawn(GpGraphics& g, const PixelTarget& where, int x1, int y1, int x2, int y2);
 // Blends a coverage mask (bytes, 255 full) in one colour into a target got
 // from DirectPixels, its top left at (left, top) in device pixels, within
-// the target's clip.
-void BlendMask(GpGraphics& g, const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
+// the target's clip. The caller tells cairo and NoteDrawn the box, once for
+// all the masks of a call.
+void BlendMask(const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
                int mask_stride, ARGB color);
 // Fills the point list straight into the pixels, as FastStroke strokes.
 bool FastFill(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode);

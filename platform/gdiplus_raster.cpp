@@ -889,7 +889,7 @@ bool FastStroke(GpGraphics& g, const GpPen& pen, const GpPath& path, double worl
     return ScanOutline(g, o, pen.color, false);
 }
 
-void BlendMask(GpGraphics& g, const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
+void BlendMask(const PixelTarget& where, int left, int top, const uint8_t* mask, int width, int height,
                int mask_stride, ARGB color) {
     uint32_t alpha = color >> 24;
     int x1 = std::max(left, where.x1), x2 = std::min(left + width, where.x2);
@@ -910,8 +910,6 @@ void BlendMask(GpGraphics& g, const PixelTarget& where, int left, int top, const
             row[x] = s + MulPixel(row[x], 255 - (s >> 24));
         }
     }
-    cairo_surface_mark_dirty_rectangle(where.surface, x1, y1, x2 - x1, y2 - y1);
-    NoteDrawn(g, where, x1, y1, x2, y2);
 }
 
 bool FastFill(GpGraphics& g, ARGB color, const GpPath& path, FillMode mode) {

@@ -552,6 +552,7 @@ bool DrawCachedGlyphs(GpGraphics& g, const GpFont& font, const Layout& lay, ARGB
     bool half = g.pixel_offset == PixelOffsetModeHalf || g.pixel_offset == PixelOffsetModeHighQuality;
     double shift = half ? 0.0 : 0.5;
     cairo_surface_flush(where.surface);
+    int drawn_x1 = where.x2, drawn_y1 = where.y2, drawn_x2 = where.x1, drawn_y2 = where.y1;  // empty
     for (int i = 0; i < lay.line_count; ++i) {
         const Line& line = lay.lines[i];
         double baseline = lay.top + i * lay.line_height + font.ascent * lay.em;
@@ -568,11 +569,24 @@ bool DrawCachedGlyphs(GpGraphics& g, const GpFont& font, const Layout& lay, ARGB
                 }
                 int ox = static_cast<int>(std::floor(px + shift + 0.5));
                 int oy = static_cast<int>(std::floor(py + shift + 0.5));
-                BlendMask(g, where, ox + image.dx, oy + image.dy, face.pixels.data() + image.offset, image.width,
+                BlendMask(where, ox + image.dx, oy + image.dy, face.pixels.data() + image.offset, image.width,
                           image.height, image.width, color);
+                drawn_x1 = std::min(drawn_x1, ox + image.dx);
+                drawn_y1 = std::min(drawn_y1, oy + image.dy);
+                drawn_x2 = std::max(drawn_x2, ox + image.dx + image.width);
+                drawn_y2 = std::max(drawn_y2, oy + image.dy + image.height);
             }
             x += advances->per_em[index] * lay.em;
         }
+    }
+    // 3. The pixels touched, told once for the whole string.
+    drawn_x1 = std::max(drawn_x1, where.x1);
+    drawn_y1 = std::max(drawn_y1, where.y1);
+    drawn_x2 = std::min(drawn_x2, where.x2);
+    drawn_y2 = std::min(drawn_y2, where.y2);
+    if (drawn_x1 < drawn_x2 && drawn_y1 < drawn_y2) {
+        cairo_surface_mark_dirty_rectangle(where.surface, drawn_x1, drawn_y1, drawn_x2 - drawn_x1, drawn_y2 - drawn_y1);
+        NoteDrawn(g, where, drawn_x1, drawn_y1, drawn_x2, drawn_y2);
     }
     return true;
 }
