@@ -90,12 +90,7 @@ TEST(GnsFlightPlan, RouteBuiltFromTheSlotAndActivated) {
 
 TEST(GnsFlightPlan, ActivePlanChangesAtOnceOnEnter) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "KGEG");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "KGEG"});
     ASSERT_EQ(ActiveIdents(), "KSEA KGEG");
     // A fix put in before KGEG on the active plan: no EXEC, the plan flies it.
     gns.Key("LSK1R");  // nothing: key 6 has no entry role
@@ -111,9 +106,7 @@ TEST(GnsFlightPlan, ActivePlanChangesAtOnceOnEnter) {
 
 TEST(GnsFlightPlan, UnknownNameOpensPilotWaypoint) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
+    BuildPlan(gns, {"KSEA"});
     gns.Type("ZZQQ1");
     gns.Key("ENTER");
     ASSERT_EQ(g_gns_page.GnsPage, gns_page::kPilotWpt);
@@ -136,9 +129,7 @@ TEST(GnsFlightPlan, UnknownNameOpensPilotWaypoint) {
 
 TEST(GnsFlightPlan, StarNameOpensOffsetWaypoint) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
+    BuildPlan(gns, {"KSEA"});
     // A base that isn't found: nothing happens and no page opens.
     gns.Type("QQQQ*");
     gns.Key("ENTER");
@@ -173,12 +164,7 @@ TEST(GnsFlightPlan, StarNameOpensOffsetWaypoint) {
 
 TEST(GnsFlightPlan, ClrOnAFreshEntryAsksDeleteAndEnterDeletes) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "SEA");
-    AddWaypoint(gns, "NORMY");
-    AddWaypoint(gns, "KGEG");
+    BuildPlan(gns, {"KSEA", "SEA", "NORMY", "KGEG"});
     // SEA and NORMY made a SID whose end is also a STAR's start, so that
     // deleting SEA breaks it.
     SetText(g_plan.ModPlan[1].SegmentKind, "SID");
@@ -227,13 +213,7 @@ TEST(GnsFlightPlan, SavedPlanReadsBackThroughTheRouteReader) {
     fs::path scratch = fs::temp_directory_path() / "orb_gns_save";
     fs::remove_all(scratch);
     fs::create_directories(scratch / "orb" / "flightplans");
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "SEA");
-    AddWaypoint(gns, "KGEG");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "SEA", "KGEG"});
     ASSERT_EQ(g_plan.context.PlanState, 3);
     CopyText(g_module.RootFolder.data(), g_module.RootFolder.size(), scratch.string());
     gns.Key("LSK4R");
@@ -255,14 +235,7 @@ TEST(GnsFlightPlan, SavedPlanReadsBackThroughTheRouteReader) {
 
 TEST(GnsDirect, DirectToAFixTurnsAtOnce) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "SEA");
-    AddWaypoint(gns, "NORMY");
-    AddWaypoint(gns, "KGEG");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "SEA", "NORMY", "KGEG"});
     ASSERT_EQ(g_plan.context.PlanState, 3);
     g_sim.latitude = 47.2;
     g_sim.longitude = -122.0;
@@ -285,13 +258,7 @@ TEST(GnsDirect, DirectToAFixTurnsAtOnce) {
 
 TEST(GnsDirect, ForcedTurnOnlyAgainstTheShortWay) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "NORMY");
-    AddWaypoint(gns, "KGEG");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "NORMY", "KGEG"});
     // NORMY lies east; heading north the short way is right.
     g_sim.latitude = 47.43;
     g_sim.longitude = -122.3;
@@ -328,13 +295,7 @@ TEST(GnsDirect, ForcedTurnOnlyAgainstTheShortWay) {
 
 TEST(GnsHolding, HoldKeyOnAMarkedEntryAndTheAutoExit) {
     GnsRig gns;
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "SEA");
-    AddWaypoint(gns, "NORMY");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "SEA", "NORMY"});
     g_sim.magnetic_variation = 0;
     gns.Key("LSK2L");  // entry 3, NORMY
     ASSERT_EQ(Field(), "NORMY");

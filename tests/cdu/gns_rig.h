@@ -10,6 +10,8 @@
 #include "frame/sim_access.h"
 #include "frame/sim_state.h"
 
+#include <initializer_list>
+
 namespace gns_test {
 
 constexpr double kGnsColumnUnits = 10;  // design units a grid column stands for
@@ -171,6 +173,20 @@ inline void OpenEmptyPlan(GnsRig& gns) {
 inline void AddWaypoint(GnsRig& gns, const char* name) {
     gns.Type(name);
     gns.Key("ENTER");
+    gns.Key("ENTER");
+}
+
+// The empty plan opened, its first slot marked, and the waypoints added.
+inline void BuildPlan(GnsRig& gns, std::initializer_list<const char*> names) {
+    OpenEmptyPlan(gns);
+    gns.Key("LSK1L");
+    for (const char* name : names) AddWaypoint(gns, name);
+}
+
+// A plan built so and made active ("ACTIVATE?" and ENTER).
+inline void ActivatePlan(GnsRig& gns, std::initializer_list<const char*> names) {
+    BuildPlan(gns, names);
+    gns.Key("LSK5R");
     gns.Key("ENTER");
 }
 

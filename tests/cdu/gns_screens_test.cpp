@@ -28,14 +28,7 @@ void KnownAircraft(GnsRig& gns) {
 // KSEA SEA NORMY KGEG built on the slot and activated.
 void ActiveRoute(GnsRig& gns) {
     KnownAircraft(gns);
-    OpenEmptyPlan(gns);
-    gns.Key("LSK1L");
-    AddWaypoint(gns, "KSEA");
-    AddWaypoint(gns, "SEA");
-    AddWaypoint(gns, "NORMY");
-    AddWaypoint(gns, "KGEG");
-    gns.Key("LSK5R");
-    gns.Key("ENTER");
+    ActivatePlan(gns, {"KSEA", "SEA", "NORMY", "KGEG"});
     KnownAircraft(gns);
     gns.Frame();
 }
