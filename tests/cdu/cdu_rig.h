@@ -39,10 +39,12 @@ namespace cdu_test {
 constexpr float kColumnUnits = 7;  // design units a grid column stands for
 
 // The strings of one frame as rows of text: one row a drawn y (design
-// units), strings placed at their x / 7, reverse-video text in brackets.
-inline std::string ScreenGrid(const std::vector<test_canvas::Seen>& seen, int width, int height) {
-    double sx = width / static_cast<double>(kCduDesignWidth);
-    double sy = height / static_cast<double>(kCduDesignHeight);
+// units), strings placed at their x over `column_units`, text drawn in the
+// `marked` colour (reverse video, a cursor) in brackets.
+inline std::string TextGrid(const std::vector<test_canvas::Seen>& seen, int width, int height, int design_width,
+                            int design_height, double column_units, ARGB marked) {
+    double sx = width / static_cast<double>(design_width);
+    double sy = height / static_cast<double>(design_height);
     struct Item {
         int column;
         std::string text;
@@ -50,8 +52,8 @@ inline std::string ScreenGrid(const std::vector<test_canvas::Seen>& seen, int wi
     std::map<int, std::vector<Item>> rows;
     for (const test_canvas::Seen& s : seen) {
         int y = static_cast<int>(std::lround(s.box.layout_y / sy));
-        int column = static_cast<int>(std::lround(s.box.text_x / sx / kColumnUnits));
-        std::string text = s.box.argb == kCduBlack ? "[" + s.text + "]" : s.text;
+        int column = static_cast<int>(std::lround(s.box.text_x / sx / column_units));
+        std::string text = s.box.argb == marked ? "[" + s.text + "]" : s.text;
         rows[y].push_back({column, text});
     }
     std::string out;
@@ -70,6 +72,11 @@ inline std::string ScreenGrid(const std::vector<test_canvas::Seen>& seen, int wi
         out += head + line + "\n";
     }
     return out;
+}
+
+// A Boeing-style screen's grid: a column every 7 units, reverse video in brackets.
+inline std::string ScreenGrid(const std::vector<test_canvas::Seen>& seen, int width, int height) {
+    return TextGrid(seen, width, height, kCduDesignWidth, kCduDesignHeight, kColumnUnits, kCduBlack);
 }
 
 class CduRig {

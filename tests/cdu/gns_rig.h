@@ -16,38 +16,10 @@ namespace gns_test {
 
 constexpr double kGnsColumnUnits = 10;  // design units a grid column stands for
 
-// The strings of one frame as rows of text: one row a drawn y (design
-// units), strings placed at their x / 10, text on the cursor in brackets.
+// The strings of one frame as rows of text, a column every 10 units, text on
+// the cursor in brackets.
 inline std::string GnsGrid(const std::vector<test_canvas::Seen>& seen, int width, int height) {
-    double sx = width / static_cast<double>(kGnsDesignWidth);
-    double sy = height / static_cast<double>(kGnsDesignHeight);
-    struct Item {
-        int column;
-        std::string text;
-    };
-    std::map<int, std::vector<Item>> rows;
-    for (const test_canvas::Seen& s : seen) {
-        int y = static_cast<int>(std::lround(s.box.layout_y / sy));
-        int column = static_cast<int>(std::lround(s.box.text_x / sx / kGnsColumnUnits));
-        std::string text = s.box.argb == kGnsBlack ? "[" + s.text + "]" : s.text;
-        rows[y].push_back({column, text});
-    }
-    std::string out;
-    for (auto& [y, items] : rows) {
-        std::stable_sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.column < b.column; });
-        std::string line;
-        for (const Item& item : items) {
-            size_t column = static_cast<size_t>(std::max(0, item.column));
-            if (!line.empty()) column = std::max(column, line.size() + 1);
-            line.resize(std::max(line.size(), column), ' ');
-            line += item.text;
-        }
-        while (!line.empty() && line.back() == ' ') line.pop_back();
-        char head[16];
-        std::snprintf(head, sizeof head, "%3d|", y);
-        out += head + line + "\n";
-    }
-    return out;
+    return cdu_test::TextGrid(seen, width, height, kGnsDesignWidth, kGnsDesignHeight, kGnsColumnUnits, kGnsBlack);
 }
 
 class GnsRig {
