@@ -3,13 +3,12 @@
 // waypoints in word 42, the records' address in word 43 (pointer-wide here),
 // and 64-byte records with latitude, longitude and ident.
 #include "gps_block.h"
+#include "module_paths.h"
 
 #include "text_util.h"
 
 #include <gps_data_block.h>
 
-#include <dirent.h>
-#include <strings.h>
 
 #include <cmath>
 #include <cstdio>
@@ -76,31 +75,8 @@ bool RunGpsCommand(GpsDataBlock& block, const std::vector<std::string>& w, std::
 }
 
 std::string ReadModuleFile(const std::string& windows_path) {
-    std::string path = windows_path;
-    for (char& c : path)
-        if (c == '\\') c = '/';
-    if (path.empty()) return {};
-    // Each part matched against its folder's entries without case.
-    std::string resolved = path[0] == '/' ? "/" : "";
-    size_t start = path[0] == '/' ? 1 : 0;
-    while (start < path.size()) {
-        size_t slash = path.find('/', start);
-        if (slash == std::string::npos) slash = path.size();
-        std::string part = path.substr(start, slash - start);
-        start = slash + 1;
-        if (part.empty()) continue;
-        std::string found = part;
-        if (DIR* dir = opendir(resolved.empty() ? "." : resolved.c_str())) {
-            while (dirent* entry = readdir(dir))
-                if (strcasecmp(entry->d_name, part.c_str()) == 0) {
-                    found = entry->d_name;
-                    break;
-                }
-            closedir(dir);
-        }
-        if (!resolved.empty() && resolved.back() != '/') resolved += '/';
-        resolved += found;
-    }
+    std::string resolved = PathIgnoringCase(windows_path);
+    if (resolved.empty()) return {};
     std::FILE* file = std::fopen(resolved.c_str(), "rb");
     if (file == nullptr) return {};
     std::string text;

@@ -7,6 +7,7 @@
 //   [SECTION] Prints
 //   [SECTION] Running
 #include "script.h"
+#include "module_paths.h"
 
 #include "cdu_keys.h"
 #include "keyboard.h"
@@ -20,8 +21,6 @@
 #include "simulator.h"
 #include "text_util.h"
 
-#include <dirent.h>
-#include <strings.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -117,34 +116,6 @@ constexpr CommandSpec kCommands[] = {
 
 constexpr const char* kOperators[] = {"==", "!=", "<=", ">=", "<", ">", "contains", "!contains"};
 
-// The module names files as Windows does, in any case and with "\\": each
-// part of the path is matched against the folder's entries without case.
-std::string PathIgnoringCase(const std::string& windows_path) {
-    std::string path = windows_path;
-    for (char& c : path)
-        if (c == '\\') c = '/';
-    std::string out = path[0] == '/' ? "/" : "";
-    size_t start = path[0] == '/' ? 1 : 0;
-    while (start < path.size()) {
-        size_t slash = path.find('/', start);
-        if (slash == std::string::npos) slash = path.size();
-        std::string part = path.substr(start, slash - start);
-        start = slash + 1;
-        if (part.empty()) continue;
-        std::string found = part;
-        if (DIR* dir = opendir(out.empty() ? "." : out.c_str())) {
-            while (dirent* entry = readdir(dir))
-                if (strcasecmp(entry->d_name, part.c_str()) == 0) {
-                    found = entry->d_name;
-                    break;
-                }
-            closedir(dir);
-        }
-        if (!out.empty() && out.back() != '/') out += '/';
-        out += found;
-    }
-    return out;
-}
 
 const CommandSpec* FindCommand(const std::string& name) {
     for (const CommandSpec& c : kCommands)
