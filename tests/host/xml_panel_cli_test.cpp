@@ -17,14 +17,9 @@ namespace {
 class XmlPanelCli : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string root = std::string(ORB_BINARY_DIR) + "/test-scratch";
-        mkdir(root.c_str(), 0755);
-        std::string pattern = root + "/xml_panel_XXXXXX";
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        dir_ = pattern;
-        std::string command = std::string("sh ") + ORB_SOURCE_DIR + "/tests/e2e/scratch_sim.sh " + ORB_SOURCE_DIR +
-                              "/data/sim '" + dir_ + "' " + ORB_MODULE_PATH + " -";
-        ASSERT_EQ(std::system(command.c_str()), 0) << command;
+        std::string error;
+        dir_ = MakeScratchSim("xml_panel", error);
+        ASSERT_FALSE(dir_.empty()) << error;
     }
     void TearDown() override { std::system(("rm -rf '" + dir_ + "'").c_str()); }
     void Write(const std::string& relative, const std::string& text) { std::ofstream(dir_ + "/sim/" + relative) << text; }

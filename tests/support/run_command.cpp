@@ -1,7 +1,10 @@
 // run_command.cpp: see run_command.h.
 #include "support/run_command.h"
 
+#include <sys/stat.h>
 #include <sys/wait.h>
+
+#include <cstdlib>
 
 #include <cstdio>
 
@@ -15,4 +18,21 @@ CommandRun RunCommand(const std::string& command) {
     int status = pclose(pipe);
     run.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
+}
+
+std::string MakeScratchSim(const std::string& name, std::string& error) {
+    std::string root = std::string(ORB_BINARY_DIR) + "/test-scratch";
+    mkdir(root.c_str(), 0755);
+    std::string pattern = root + "/" + name + "_XXXXXX";
+    if (mkdtemp(pattern.data()) == nullptr) {
+        error = "mkdtemp " + pattern;
+        return {};
+    }
+    std::string command = std::string("sh ") + ORB_SOURCE_DIR + "/tests/e2e/scratch_sim.sh " + ORB_SOURCE_DIR +
+                          "/data/sim '" + pattern + "' " + ORB_MODULE_PATH + " -";
+    if (std::system(command.c_str()) != 0) {
+        error = command;
+        return {};
+    }
+    return pattern;
 }

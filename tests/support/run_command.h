@@ -10,3 +10,8 @@ struct CommandRun {
 };
 
 CommandRun RunCommand(const std::string& command);
+
+// A scratch copy of data/sim (with this build's module) in a new folder
+// under the build tree named after `name`: the folder, or empty with
+// `error` set when it could not be made.
+std::string MakeScratchSim(const std::string& name, std::string& error);
